@@ -1,0 +1,18 @@
+#include "GantryCore/CommandVO.h"
+
+namespace Ravik {
+
+CommandVO::CommandVO(const unsigned char* bytes, int length) {
+  if (bytes != nullptr && length > 0) bytes_.assign(bytes, bytes + length);
+}
+
+CommandVO::CommandVO(const char* bytes, int length)
+    : CommandVO(reinterpret_cast<const unsigned char*>(bytes), length) {}
+
+CommandVO& CommandVO::operator+=(const CommandVO& other) {
+  const std::vector<unsigned char> added(other.bytes_);
+  bytes_.insert(bytes_.end(), added.begin(), added.end());
+  return *this;
+}
+
+}  // namespace Ravik

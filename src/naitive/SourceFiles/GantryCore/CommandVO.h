@@ -1,0 +1,31 @@
+// The bytes of one printer command or reply.
+#ifndef GANTRYCORE_COMMANDVO_H_
+#define GANTRYCORE_COMMANDVO_H_
+
+#include <vector>
+
+namespace Ravik {
+
+// A growable byte buffer, copied by value; carries every command and reply between the printer
+// control and the printer I/O.
+class CommandVO {
+ public:
+  CommandVO() = default;
+
+  // Copies length bytes. A null pointer or a length below 1 gives an empty buffer.
+  CommandVO(const unsigned char* bytes, int length);
+  CommandVO(const char* bytes, int length);
+
+  // Appends all bytes of other, which may be this buffer itself.
+  CommandVO& operator+=(const CommandVO& other);
+
+  // The bytes; valid until the buffer changes.
+  const std::vector<unsigned char>& bytes() const { return bytes_; }
+
+ private:
+  std::vector<unsigned char> bytes_;
+};
+
+}  // namespace Ravik
+
+#endif  // GANTRYCORE_COMMANDVO_H_

@@ -1,0 +1,22 @@
+// The platform's assertion report.
+#include "Library/RavikCommon/RavikAssert.h"
+
+#include <cassert>
+#include <string>
+
+namespace Ravik {
+
+void ReportAssertion(const char* expression, const char* function, const char* source,
+                     unsigned int line) {
+  std::string unit(source);
+  const std::string::size_type dot = unit.rfind('.');
+  const std::string::size_type slash = unit.rfind('/');
+  if (dot != std::string::npos && (slash == std::string::npos || slash < dot)) unit.resize(dot);
+#ifdef __APPLE__
+  __assert_rtn(function, unit.c_str(), static_cast<int>(line), expression);
+#else
+  __assert_fail(expression, unit.c_str(), line, function);
+#endif
+}
+
+}  // namespace Ravik
