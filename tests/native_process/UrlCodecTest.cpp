@@ -1,0 +1,59 @@
+// The encoding of request lines.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "NativeProcess/URLDecoder.h"
+#include "NativeProcess/URLEncoder.h"
+
+namespace {
+
+TEST(UrlDecoder, DecodesAsItsHostsEncode) {
+  const struct {
+    std::string line;
+    std::string text;
+  } kCases[] = {
+      {"", ""},
+      {"plain", "plain"},
+      {"%41%42", "AB"},
+      {"a+b%2Bc", "a b+c"},
+      {"%7b%7B", "{{"},
+      {"%e7%B4%99", "\xe7\xb4\x99"},
+      // Blanks, a sign and a single digit count in an escape.
+      {"% 5|", "\x05|"},
+      {"%-1|", "\xff|"},
+      {"%+7|", "\x07|"},
+      {"%4g|", "\x04|"},
+      // An escape without a number repeats the last one that held one.
+      {"%41%zz%zz|", "AAA|"},
+      {"%41%g4|", "AA|"},
+      // Without one before it, it ends the text, as a NUL does.
+      {"a%zzb", "a"},
+      {"x%00y", "x"},
+      {"x%0xy", "x"},
+      {std::string("x\0y", 3), "x"},
+      // Escapes that the end of the line cuts short.
+      {"100%", "100"},
+      {"a%4", "a\x04"},
+      {"%41%", "A"},
+      {"%41%z", "AA"},
+      // Blanks alone are no number and no byte.
+      {"a%\t\tb", "ab"},
+  };
+  for (const auto& c : kCases) EXPECT_EQ(URLDecoder::decode(c.line), c.text) << c.line;
+  EXPECT_EQ(URLDecoder::decode(nullptr), "");
+}
+
+TEST(UrlDecoder, UndoesTheEncoderForEveryByte) {
+  std::string text;
+  for (int byte = 1; byte < 256; ++byte) text += static_cast<char>(byte);
+  const std::string encoded = URLEncoder::encode(text);
+  EXPECT_EQ(encoded.size(), 3 * text.size());
+  EXPECT_EQ(encoded.substr(0, 6), "%01%02");
+  EXPECT_EQ(encoded.substr(encoded.size() - 6), "%FE%FF");
+  EXPECT_EQ(URLDecoder::decode(encoded), text);
+  EXPECT_EQ(URLEncoder::encode(nullptr), "");
+  EXPECT_EQ(URLEncoder::encode(""), "");
+}
+
+}  // namespace
