@@ -1,0 +1,39 @@
+#include "util/StringUtil.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace Ravik {
+
+namespace {
+
+constexpr char kBlanks[] = " \t";
+
+}  // namespace
+
+void StringUtil::DeleteSpace(std::string& text) {
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+  text.erase(std::remove_if(text.begin(), text.end(), is_blank), text.end());
+}
+
+void StringUtil::DeleteHeadSpace(std::string& text) {
+  text.erase(0, text.find_first_not_of(kBlanks));
+}
+
+void StringUtil::DeleteTailSpace(std::string& text) {
+  text.erase(text.find_last_not_of(kBlanks) + 1);  // npos + 1 is 0
+}
+
+bool StringUtil::IsDigit(const std::string& text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+int StringUtil::StringToInteger(const std::string& text) {
+  if (!IsDigit(text)) return 0;
+  int number = std::numeric_limits<int>::max();  // stays when the digits are out of range
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+}  // namespace Ravik
