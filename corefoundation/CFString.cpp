@@ -1,0 +1,190 @@
+// Strings.
+#include <CoreFoundation/CFString.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "corefoundation/String.h"
+#include "corefoundation/TextEncoding.h"
+
+namespace CoreFoundation {
+
+namespace {
+
+bool IsPlainASCII(const std::u16string& units) {
+  return std::all_of(units.begin(), units.end(),
+                     [](char16_t unit) { return unit != 0 && unit < 0x80; });
+}
+
+// Appends characters to bytes up to the first that cannot be converted; returns the units taken.
+std::size_t EncodePrefix(std::u16string_view text, CFStringEncoding encoding, std::string& bytes) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const std::size_t taken = EncodeCharacter(text.substr(done), encoding, bytes);
+    if (taken == 0) break;
+    done += taken;
+  }
+  return done;
+}
+
+// How much of text that does not fit stays in a buffer with room for this many bytes of it.
+std::size_t PartLength(const std::string& bytes, std::size_t room, CFStringEncoding encoding) {
+  if (room >= bytes.size()) return bytes.size();
+  if (encoding == kCFStringEncodingUTF16LE) return room - room % 2;
+  if (encoding == kCFStringEncodingUTF8) {
+    while (room > 0 && (static_cast<unsigned char>(bytes[room]) & 0xC0) == 0x80) --room;
+  }
+  return room;
+}
+
+// The bytes that one UTF-16 unit takes at most; 0 for an encoding that is not known.
+CFIndex MaximumUnitSize(CFStringEncoding encoding) {
+  switch (encoding) {
+    case kCFStringEncodingASCII:
+    case kCFStringEncodingMacRoman:
+      return 1;
+    case kCFStringEncodingDOSJapanese:
+    case kCFStringEncodingUTF16LE:
+      return 2;
+    case kCFStringEncodingUTF8:
+      return 3;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+String::String(std::u16string units, Lifetime lifetime)
+    : Object(Type::kString, lifetime),
+      units_(std::move(units)),
+      is_ascii_(IsPlainASCII(units_)),
+      ascii_(is_ascii_ ? std::string(units_.begin(), units_.end()) : std::string()) {}
+
+bool String::Equals(const Object& other) const {
+  return units_ == static_cast<const String&>(other).units_;
+}
+
+CFHashCode String::Hash() const {
+  return std::hash<std::u16string>()(units_);
+}
+
+CFStringRef CreateString(std::string_view utf8) {
+  auto units = DecodeText(utf8, kCFStringEncodingUTF8);
+  return units ? RefTo(new String(std::move(*units))) : nullptr;
+}
+
+bool GetUTF8(const String& string, std::string& text) {
+  return EncodePrefix(string.units(), kCFStringEncodingUTF8, text) == string.units().size();
+}
+
+}  // namespace CoreFoundation
+
+using CoreFoundation::ObjectOf;
+using CoreFoundation::RefTo;
+using CoreFoundation::String;
+
+CFStringRef __CFStringMakeConstantString(const char* literal) {
+  static auto& mutex = *new std::mutex;
+  static auto& strings = *new std::map<std::string, const String*, std::less<>>;
+  const std::lock_guard<std::mutex> lock(mutex);
+  const auto known = strings.find(literal);
+  if (known != strings.end()) return RefTo(known->second);
+  auto units = CoreFoundation::DecodeText(literal, kCFStringEncodingUTF8).value_or(u"");
+  const auto* string = new String(std::move(units), CoreFoundation::Lifetime::kConstant);
+  strings.emplace(literal, string);
+  return RefTo(string);
+}
+
+CFTypeID CFStringGetTypeID(void) {
+  return static_cast<CFTypeID>(CoreFoundation::Type::kString);
+}
+
+CFStringRef CFStringCreateWithCString(CFAllocatorRef /*allocator*/, const char* text,
+                                      CFStringEncoding encoding) {
+  auto units = CoreFoundation::DecodeText(text, encoding);
+  return units ? RefTo(new String(std::move(*units))) : nullptr;
+}
+
+CFIndex CFStringGetLength(CFStringRef string) {
+  return static_cast<CFIndex>(ObjectOf<String>(string).units().size());
+}
+
+CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
+                         UInt8 loss_byte, Boolean /*is_external_representation*/, UInt8* buffer,
+                         CFIndex capacity, CFIndex* used) {
+  std::u16string_view text = ObjectOf<String>(string).units();
+  text = text.substr(static_cast<std::size_t>(range.location));
+  text = text.substr(0, static_cast<std::size_t>(range.length));
+  std::string bytes;
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const std::size_t before = bytes.size();
+    std::size_t taken = CoreFoundation::EncodeCharacter(text.substr(done), encoding, bytes);
+    if (taken == 0) {
+      if (loss_byte == 0) break;
+      bytes.push_back(static_cast<char>(loss_byte));
+      taken = 1;
+    }
+    if (buffer != nullptr && static_cast<CFIndex>(bytes.size()) > capacity) {
+      bytes.resize(before);
+      break;
+    }
+    done += taken;
+  }
+  if (buffer != nullptr) std::copy(bytes.begin(), bytes.end(), buffer);
+  if (used != nullptr) *used = static_cast<CFIndex>(bytes.size());
+  return static_cast<CFIndex>(done);
+}
+
+Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
+                           CFStringEncoding encoding) {
+  if (size <= 0) return 0;
+  const auto& text = ObjectOf<String>(string);
+  std::string bytes;
+  const bool whole =
+      CoreFoundation::EncodePrefix(text.units(), encoding, bytes) == text.units().size();
+  const auto room = static_cast<std::size_t>(size - 1);
+  if (whole && bytes.size() <= room) {
+    bytes.push_back('\0');
+    std::copy(bytes.begin(), bytes.end(), buffer);
+    return 1;
+  }
+  // Text of ASCII leaves nothing behind, except as UTF-16.
+  if (text.ascii() == nullptr || encoding == kCFStringEncodingUTF16LE) {
+    std::copy_n(bytes.begin(), CoreFoundation::PartLength(bytes, room, encoding), buffer);
+  }
+  buffer[0] = '\0';
+  return 0;
+}
+
+const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding) {
+  const CFIndex unit_size = CoreFoundation::MaximumUnitSize(encoding);
+  if (unit_size == 0 || encoding == kCFStringEncodingUTF16LE) return nullptr;
+  return ObjectOf<String>(string).ascii();
+}
+
+CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {
+  return length * CoreFoundation::MaximumUnitSize(encoding);
+}
+
+CFStringEncoding CFStringGetSystemEncoding(void) {
+  return kCFStringEncodingUTF8;
+}
+
+CFStringEncoding CFStringConvertNSStringEncodingToEncoding(unsigned long encoding) {
+  constexpr unsigned long kShiftJIS = 8;
+  if (encoding == kShiftJIS) return kCFStringEncodingDOSJapanese;
+  return kCFStringEncodingInvalidId;
+}
+
+CFComparisonResult CFStringCompare(CFStringRef left, CFStringRef right,
+                                   CFStringCompareFlags /*options*/) {
+  const int order = ObjectOf<String>(left).units().compare(ObjectOf<String>(right).units());
+  if (order == 0) return kCFCompareEqualTo;
+  return order < 0 ? kCFCompareLessThan : kCFCompareGreaterThan;
+}

@@ -1,0 +1,48 @@
+// URLs of files.
+#include <CoreFoundation/CFURL.h>
+
+#include "corefoundation/Foundation.h"
+#include "corefoundation/URL.h"
+
+namespace CoreFoundation {
+
+bool URL::Equals(const Object& other) const {
+  return path_.Equals(static_cast<const URL&>(other).path_);
+}
+
+}  // namespace CoreFoundation
+
+using CoreFoundation::ObjectOf;
+using CoreFoundation::RefTo;
+using CoreFoundation::String;
+using CoreFoundation::URL;
+
+CFTypeID CFURLGetTypeID(void) {
+  return static_cast<CFTypeID>(CoreFoundation::Type::kURL);
+}
+
+CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef /*allocator*/, CFStringRef path,
+                                       CFURLPathStyle style, Boolean /*is_directory*/) {
+  const auto& text = ObjectOf<String>(path);
+  std::u16string units = text.units();
+  if (units.empty() || style != kCFURLPOSIXPathStyle) return nullptr;
+  if (units.size() == 1 || units.back() != u'/') return RefTo(new URL(text));
+  units.pop_back();
+  const CFRef<CFStringRef> trimmed(RefTo(new String(std::move(units))));
+  return RefTo(new URL(ObjectOf<String>(trimmed.get())));
+}
+
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const UInt8* bytes,
+                                                 CFIndex length, Boolean is_directory) {
+  if (length < 0) return nullptr;
+  const CFRef<CFStringRef> path(CoreFoundation::CreateString(std::string(bytes, bytes + length)));
+  if (!path) return nullptr;
+  return CFURLCreateWithFileSystemPath(allocator, path.get(), kCFURLPOSIXPathStyle, is_directory);
+}
+
+CFStringRef CFURLCopyFileSystemPath(CFURLRef url, CFURLPathStyle style) {
+  if (style != kCFURLPOSIXPathStyle) return nullptr;
+  const String& path = ObjectOf<URL>(url).path();
+  path.Retain();
+  return RefTo(&path);
+}

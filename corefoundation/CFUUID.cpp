@@ -1,0 +1,86 @@
+// Universally unique identifiers.
+#include <CoreFoundation/CFUUID.h>
+
+#include <cstring>
+#include <map>
+#include <mutex>
+#include <string_view>
+
+#include "corefoundation/String.h"
+#include "corefoundation/UUID.h"
+
+namespace CoreFoundation {
+
+namespace {
+
+// The value of a hexadecimal digit, or -1.
+int DigitValue(char16_t unit) {
+  if (unit >= u'0' && unit <= u'9') return unit - u'0';
+  if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
+  if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
+  return -1;
+}
+
+}  // namespace
+
+bool UUID::Equals(const Object& other) const {
+  return bytes_ == static_cast<const UUID&>(other).bytes_;
+}
+
+CFHashCode UUID::Hash() const {
+  return std::hash<std::string_view>()(
+      {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()});
+}
+
+UUIDBytes ParseUUID(const std::u16string& text) {
+  UUIDBytes bytes{};
+  std::size_t digits = 0;
+  for (const char16_t unit : text) {
+    const int value = DigitValue(unit);
+    if (value < 0) continue;
+    if (digits == 2 * bytes.size()) break;
+    const int shift = digits % 2 == 0 ? 4 : 0;
+    bytes[digits / 2] = static_cast<UInt8>(bytes[digits / 2] | value << shift);
+    ++digits;
+  }
+  return bytes;
+}
+
+}  // namespace CoreFoundation
+
+using CoreFoundation::RefTo;
+using CoreFoundation::UUID;
+using CoreFoundation::UUIDBytes;
+
+CFTypeID CFUUIDGetTypeID(void) {
+  return static_cast<CFTypeID>(CoreFoundation::Type::kUUID);
+}
+
+CFUUIDRef CFUUIDCreateFromString(CFAllocatorRef /*allocator*/, CFStringRef text) {
+  if (text == nullptr || CFStringGetLength(text) == 0) return nullptr;
+  const auto& units = CoreFoundation::ObjectOf<CoreFoundation::String>(text).units();
+  return RefTo(new UUID(CoreFoundation::ParseUUID(units)));
+}
+
+CFUUIDRef CFUUIDGetConstantUUIDWithBytes(CFAllocatorRef /*allocator*/, UInt8 byte0, UInt8 byte1,
+                                         UInt8 byte2, UInt8 byte3, UInt8 byte4, UInt8 byte5,
+                                         UInt8 byte6, UInt8 byte7, UInt8 byte8, UInt8 byte9,
+                                         UInt8 byte10, UInt8 byte11, UInt8 byte12, UInt8 byte13,
+                                         UInt8 byte14, UInt8 byte15) {
+  const UUIDBytes bytes = {byte0, byte1, byte2,  byte3,  byte4,  byte5,  byte6,  byte7,
+                           byte8, byte9, byte10, byte11, byte12, byte13, byte14, byte15};
+  static auto& mutex = *new std::mutex;
+  static auto& constants = *new std::map<UUIDBytes, const UUID*>;
+  const std::lock_guard<std::mutex> lock(mutex);
+  const UUID*& uuid = constants[bytes];
+  if (uuid == nullptr) uuid = new UUID(bytes, CoreFoundation::Lifetime::kConstant);
+  return RefTo(uuid);
+}
+
+CFUUIDBytes CFUUIDGetUUIDBytes(CFUUIDRef uuid) {
+  const UUIDBytes& bytes = CoreFoundation::ObjectOf<UUID>(uuid).bytes();
+  CFUUIDBytes result;
+  static_assert(sizeof(result) == sizeof(bytes));
+  std::memcpy(&result, bytes.data(), sizeof(result));
+  return result;
+}

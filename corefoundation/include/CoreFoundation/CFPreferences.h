@@ -1,0 +1,32 @@
+// The user's defaults of the running application.
+//
+// They are one XML property list, $XDG_CONFIG_HOME/NAME.plist or else $HOME/.config/NAME.plist,
+// where NAME is the executable's file name. The file is read when it is first needed, and again
+// when it has changed. A file that is no property list, or whose root is no dictionary, counts as
+// empty.
+#ifndef COREFOUNDATION_CFPREFERENCES_H_
+#define COREFOUNDATION_CFPREFERENCES_H_
+
+#include <CoreFoundation/CFBase.h>
+
+CF_EXTERN_C_BEGIN
+
+// The one application that the calls below take.
+CF_EXPORT const CFStringRef kCFPreferencesCurrentApplication;
+
+// Sets key, or removes it when value is null. Seen by this process at once, by others after
+// CFPreferencesAppSynchronize. value must be a property list and is kept: do not change it.
+CF_EXPORT void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value,
+                                        CFStringRef application);
+
+// The value of key, of whatever type it is; null when it has none. The caller releases it.
+CF_EXPORT CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application);
+
+// Writes what was set since the last time, and keeps the other keys that the file holds; the file
+// is replaced as a whole, readable by the user alone. False when it cannot be written: the values
+// stay visible in this process and the next call tries again. Waits for other writers at most 2 s.
+CF_EXPORT Boolean CFPreferencesAppSynchronize(CFStringRef application);
+
+CF_EXTERN_C_END
+
+#endif  // COREFOUNDATION_CFPREFERENCES_H_
