@@ -1,0 +1,133 @@
+// The SNMP agent of the printer.
+#include "virtual_printer/SnmpAgent.h"
+
+#include <algorithm>
+
+namespace VirtualPrinter {
+namespace {
+
+constexpr char kCommandCommunity[] = "orchid";
+constexpr char kPublicCommunity[] = "public";
+constexpr std::uint32_t kPayloadMark = 8;
+constexpr std::size_t kPayloadHeadSize = 4;
+constexpr std::size_t kLongestMessage = 16384;
+
+const ObjectId kCommandPrefix = {1, 3, 6, 1, 4, 1, 2718, 1, 2, 2, 40, 1, 1, 2};
+const ObjectId kStatus = {1, 3, 6, 1, 4, 1, 2718, 1, 2, 2, 30, 1, 1, 1};
+const ObjectId kSysDescr = {1, 3, 6, 1, 2, 1, 1, 1, 0};
+const ObjectId kHrDeviceType = {1, 3, 6, 1, 2, 1, 25, 3, 2, 1, 2, 1};
+const ObjectId kHrDeviceDescr = {1, 3, 6, 1, 2, 1, 25, 3, 2, 1, 3, 1};
+const ObjectId kHrDevicePrinter = {1, 3, 6, 1, 2, 1, 25, 3, 1, 5};
+const ObjectId kPpmPrinterIeee1284DeviceId = {1, 3, 6, 1, 4, 1, 2699, 1, 2, 1, 2, 1, 1, 3, 1};
+
+/// The command in an object identifier's payload; nothing if the payload's head disagrees with it.
+std::optional<Bytes> CommandOf(const ObjectId& object) {
+  const auto prefix_size = static_cast<std::ptrdiff_t>(kCommandPrefix.size());
+  if (object.size() < kCommandPrefix.size() + kPayloadHeadSize) return std::nullopt;
+  if (!std::equal(kCommandPrefix.begin(), kCommandPrefix.end(), object.begin())) {
+    return std::nullopt;
+  }
+  Bytes payload;
+  for (auto at = object.begin() + prefix_size; at != object.end(); ++at) {
+    if (*at > 0xFF) return std::nullopt;
+    payload.push_back(static_cast<std::uint8_t>(*at));
+  }
+  const std::size_t size = payload.size() - kPayloadHeadSize;
+  const std::size_t told = payload[2] * std::size_t{256} + payload[3];
+  if (payload[0] != (size + 3) % 256 || payload[1] != kPayloadMark || told != size) {
+    return std::nullopt;
+  }
+  return Bytes(payload.begin() + kPayloadHeadSize, payload.end());
+}
+
+bool IsStandard(const ObjectId& object) {
+  return object == kSysDescr || object == kHrDeviceType || object == kHrDeviceDescr ||
+         object == kPpmPrinterIeee1284DeviceId;
+}
+
+bool MayRead(const SnmpRequest& request) {
+  if (request.community == kCommandCommunity) return true;
+  return request.community == kPublicCommunity &&
+         std::all_of(request.objects.begin(), request.objects.end(), IsStandard);
+}
+
+SnmpResponse Refusal(const SnmpRequest& request, SnmpError error, std::int32_t index) {
+  SnmpResponse response{request.community, request.request_id, error, index, {}};
+  for (const auto& object : request.objects) {
+    response.variables.push_back({object, BerElement(kBerNull, {})});
+  }
+  return response;
+}
+
+std::string DeviceId(const Printer& printer) {
+  return "MFG:ZARMO;MDL:" + printer.Model() + ";SN:" + printer.Serial() +
+         ";CMD:REMOTE1;CLS:PRINTER;";
+}
+
+}  // namespace
+
+std::optional<Bytes> SnmpAgent::Answer(const Bytes& datagram) {
+  const auto request = ParseSnmpRequest(datagram);
+  if (!request || !MayRead(*request)) {
+    trace_.Write(Port::kSnmp, "ignored", datagram,
+                 request ? "community may not read this" : "not a version-1 GetRequest");
+    return std::nullopt;
+  }
+  if (faults_.LosesRequest()) {
+    trace_.Write(Port::kSnmp, "lost", datagram);
+    return std::nullopt;
+  }
+  SnmpResponse response = Respond(*request);
+  Distort(response);
+  Bytes answer = EncodeSnmpResponse(response);
+  if (answer.size() > kLongestMessage) {
+    answer = EncodeSnmpResponse(Refusal(*request, SnmpError::kTooBig, 0));
+  }
+  faults_.Spoil(answer);
+  return answer;
+}
+
+std::int32_t SnmpAgent::FirstUnknown(const std::vector<ObjectId>& objects) const {
+  const auto unknown = std::find_if(objects.begin(), objects.end(), [](const ObjectId& object) {
+    return !IsStandard(object) && object != kStatus && !CommandOf(object);
+  });
+  if (unknown == objects.end()) return 0;
+  return static_cast<std::int32_t>(unknown - objects.begin()) + 1;
+}
+
+SnmpResponse SnmpAgent::Respond(const SnmpRequest& request) {
+  if (const std::int32_t unknown = FirstUnknown(request.objects); unknown != 0) {
+    return Refusal(request, SnmpError::kNoSuchName, unknown);
+  }
+  SnmpResponse response{request.community, request.request_id, SnmpError::kNone, 0, {}};
+  for (const auto& object : request.objects) {
+    response.variables.push_back({object, Value(object)});
+  }
+  return response;
+}
+
+Bytes SnmpAgent::Value(const ObjectId& object) {
+  if (object == kHrDeviceType) return BerEncodeObjectId(kHrDevicePrinter);
+  if (object == kSysDescr || object == kHrDeviceDescr) {
+    return BerEncodeOctets(ToBytes(printer_.Model()));
+  }
+  if (object == kPpmPrinterIeee1284DeviceId) return BerEncodeOctets(ToBytes(DeviceId(printer_)));
+  if (object == kStatus) {
+    Bytes status = printer_.StatusText();
+    faults_.Pad(status);
+    return BerEncodeOctets(status);
+  }
+  return BerEncodeOctets(printer_.Execute(Port::kSnmp, *CommandOf(object)));
+}
+
+void SnmpAgent::Distort(SnmpResponse& response) {
+  if (faults_.Strikes(FaultKind::kWrongId)) {
+    response.request_id =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(response.request_id) + 1);
+  }
+  if (faults_.Strikes(FaultKind::kWrongOid)) {
+    for (auto& variable : response.variables) ++variable.object.back();
+  }
+}
+
+}  // namespace VirtualPrinter

@@ -1,0 +1,79 @@
+// The network ports' sockets.
+#include "virtual_printer/Sockets.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+namespace VirtualPrinter {
+namespace {
+
+[[noreturn]] void Fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+FileDescriptor Bind(const std::string& address, std::uint16_t port, int type) {
+  addrinfo hints{};
+  hints.ai_socktype = type;
+  hints.ai_flags = AI_NUMERICHOST | AI_NUMERICSERV | AI_PASSIVE;
+  addrinfo* found = nullptr;
+  const int error = getaddrinfo(address.c_str(), std::to_string(port).c_str(), &hints, &found);
+  if (error != 0) {
+    throw std::system_error(std::make_error_code(std::errc::invalid_argument),
+                            address + ": " + gai_strerror(error));
+  }
+  const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(found, freeaddrinfo);
+  FileDescriptor socket(::socket(found->ai_family, type | SOCK_CLOEXEC, 0));
+  if (!socket) Fail("socket");
+  const int on = 1;
+  if (type == SOCK_STREAM) {
+    setsockopt(socket.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  }
+  if (bind(socket.Get(), found->ai_addr, found->ai_addrlen) != 0) {
+    Fail("bind " + address + " port " + std::to_string(port));
+  }
+  SetNonBlocking(socket);
+  return socket;
+}
+
+}  // namespace
+
+FileDescriptor BindDatagramSocket(const std::string& address, std::uint16_t port) {
+  return Bind(address, port, SOCK_DGRAM);
+}
+
+FileDescriptor ListenOnStreamSocket(const std::string& address, std::uint16_t port) {
+  FileDescriptor socket = Bind(address, port, SOCK_STREAM);
+  if (listen(socket.Get(), SOMAXCONN) != 0) Fail("listen");
+  return socket;
+}
+
+std::uint16_t BoundPort(const FileDescriptor& socket) {
+  sockaddr_storage address{};
+  socklen_t size = sizeof address;
+  if (getsockname(socket.Get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+    Fail("getsockname");
+  }
+  if (address.ss_family == AF_INET6) {
+    return ntohs(reinterpret_cast<const sockaddr_in6*>(&address)->sin6_port);
+  }
+  return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
+}
+
+void SetNonBlocking(const FileDescriptor& file) {
+  const int flags = fcntl(file.Get(), F_GETFL);
+  if (flags < 0 || fcntl(file.Get(), F_SETFL, flags | O_NONBLOCK) != 0) Fail("fcntl");
+}
+
+void ResetConnection(FileDescriptor socket) {
+  const linger at_once{1, 0};
+  setsockopt(socket.Get(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+}
+
+}  // namespace VirtualPrinter
