@@ -1,0 +1,18 @@
+#include "util/CFText.h"
+
+#include <vector>
+
+namespace Ravik {
+
+bool CopyText(CFStringRef string, CFStringEncoding encoding, std::string& text) {
+  if (string == nullptr) return false;
+  const CFIndex longest =
+      CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8);
+  if (longest < 0) return false;
+  std::vector<char> buffer(static_cast<std::size_t>(longest) + 1);
+  if (!CFStringGetCString(string, buffer.data(), longest + 1, encoding)) return false;
+  text = buffer.data();
+  return true;
+}
+
+}  // namespace Ravik
