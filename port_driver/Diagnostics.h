@@ -1,0 +1,19 @@
+// Lines on standard error.
+#ifndef PORT_DRIVER_DIAGNOSTICS_H_
+#define PORT_DRIVER_DIAGNOSTICS_H_
+
+#include <string>
+#include <string_view>
+
+namespace ZIOP {
+
+// text in ASCII on one line: every byte that is not a printable ASCII character, and the backslash,
+// as "\x" and two hexadecimal digits.
+std::string Printable(std::string_view text);
+
+// Writes one line, led by the driver's name, to standard error. line is printable.
+void ReportLine(const std::string& line);
+
+}  // namespace ZIOP
+
+#endif  // PORT_DRIVER_DIAGNOSTICS_H_
