@@ -1,0 +1,69 @@
+// poll() with a deadline and an event that cancels it.
+#include "port_driver/Waiter.h"
+
+#include <sys/eventfd.h>
+
+#include <cerrno>
+#include <cstdint>
+
+#include "port_driver/DriverError.h"
+
+namespace ZIOP {
+namespace {
+
+// Takes the cancelling event out of the set again, on every way out.
+class Joined {
+ public:
+  Joined(std::vector<pollfd>& set, int event) : set_(set) { set_.push_back({event, POLLIN, 0}); }
+  ~Joined() { set_.pop_back(); }
+  Joined(const Joined&) = delete;
+  Joined& operator=(const Joined&) = delete;
+
+  bool IsCancelled() const { return set_.back().revents != 0; }
+
+ private:
+  std::vector<pollfd>& set_;
+};
+
+}  // namespace
+
+Waiter::Waiter() : event_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (!event_) {
+    throw DriverError::System("eventfd", errno);
+  }
+}
+
+void Waiter::Start() {
+  uint64_t count = 0;
+  while (::read(event_.get(), &count, sizeof count) < 0 && errno == EINTR) {
+  }
+}
+
+void Waiter::Cancel() {
+  // Fails only when the event is set already, beyond counting.
+  const uint64_t one = 1;
+  while (::write(event_.get(), &one, sizeof one) < 0 && errno == EINTR) {
+  }
+}
+
+bool Waiter::Wait(std::vector<pollfd>& set, const Deadline& deadline) {
+  const Joined joined(set, event_.get());
+  int count = 0;
+  do {
+    count = ::poll(set.data(), set.size(), deadline.PollTimeout());
+  } while ((count < 0 && errno == EINTR) || (count == 0 && !deadline.HasPassed()));
+  if (count < 0) {
+    throw DriverError::System("poll", errno);
+  }
+  if (count > 0 && joined.IsCancelled()) {
+    throw DriverError(DriverCode::kCancelled, "the operation was cancelled");
+  }
+  return count > 0;
+}
+
+bool Waiter::Wait(int descriptor, short events, const Deadline& deadline) {
+  std::vector<pollfd> set{{descriptor, events, 0}};
+  return Wait(set, deadline);
+}
+
+}  // namespace ZIOP

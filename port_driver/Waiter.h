@@ -1,0 +1,38 @@
+// Waiting for descriptors: every wait of a port has a deadline and can be cancelled.
+#ifndef PORT_DRIVER_WAITER_H_
+#define PORT_DRIVER_WAITER_H_
+
+#include <poll.h>
+
+#include <vector>
+
+#include "port_driver/Deadline.h"
+#include "port_driver/FileDescriptor.h"
+
+namespace ZIOP {
+
+class Waiter {
+ public:
+  // Throws DriverError when the operating system has no descriptor left.
+  Waiter();
+
+  // Starts an operation: cancellations that came before it are forgotten.
+  void Start();
+
+  // Ends the wait in progress, and every later one until Start. May be called from any thread, in
+  // an error callback too; does not block.
+  void Cancel();
+
+  // Waits until one of the set has an event, which its revents say, and returns true, or until the
+  // deadline, and returns false. A passed deadline still looks once. Throws DriverError when
+  // cancelled or when poll() fails.
+  bool Wait(std::vector<pollfd>& set, const Deadline& deadline);
+  bool Wait(int descriptor, short events, const Deadline& deadline);
+
+ private:
+  FileDescriptor event_;
+};
+
+}  // namespace ZIOP
+
+#endif  // PORT_DRIVER_WAITER_H_
