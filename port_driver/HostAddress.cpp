@@ -1,0 +1,127 @@
+// Bounded name resolution.
+#include "port_driver/HostAddress.h"
+
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "port_driver/Diagnostics.h"
+#include "port_driver/DriverError.h"
+
+namespace ZIOP {
+namespace {
+
+struct Resolution {
+  int status = EAI_SYSTEM;
+  int error = 0;  // errno for EAI_SYSTEM
+  std::vector<HostAddress> addresses;
+};
+
+Resolution Resolve(const std::string& host, int flags) {
+  addrinfo hints{};
+  hints.ai_flags = flags;
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* list = nullptr;
+  Resolution result;
+  result.status = ::getaddrinfo(host.c_str(), nullptr, &hints, &list);
+  result.error = errno;
+  if (result.status != 0) {
+    return result;
+  }
+  const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(list, ::freeaddrinfo);
+  for (const addrinfo* entry = list; entry != nullptr; entry = entry->ai_next) {
+    const bool internet = entry->ai_family == AF_INET || entry->ai_family == AF_INET6;
+    if (internet && entry->ai_addrlen <= sizeof(sockaddr_storage)) {
+      HostAddress& address = result.addresses.emplace_back(HostAddress{{}, entry->ai_addrlen});
+      std::memcpy(&address.storage, entry->ai_addr, entry->ai_addrlen);
+    }
+  }
+  return result;
+}
+
+// Shared by the thread that asks and the one that waits, whichever lives longer.
+class PendingResolution {
+ public:
+  PendingResolution() : done_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    if (!done_) {
+      throw DriverError::System("eventfd", errno);
+    }
+  }
+
+  int done() const { return done_.get(); }
+
+  void Finish(Resolution result) {
+    {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      result_ = std::move(result);
+    }
+    ::eventfd_write(done_.get(), 1);
+  }
+
+  Resolution Take() {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return std::move(result_);
+  }
+
+ private:
+  FileDescriptor done_;
+  std::mutex mutex_;
+  Resolution result_;
+};
+
+void ResolveInto(PendingResolution& pending, const std::string& host) noexcept {
+  Resolution result;
+  try {
+    result = Resolve(host, 0);
+  } catch (const std::bad_alloc&) {
+    result.status = EAI_MEMORY;
+  }
+  pending.Finish(std::move(result));
+}
+
+Resolution ResolveName(const std::string& host, const Deadline& deadline, Waiter& waiter) {
+  const auto pending = std::make_shared<PendingResolution>();
+  std::thread([pending, host] { ResolveInto(*pending, host); }).detach();
+  if (!waiter.Wait(pending->done(), POLLIN, deadline)) {
+    throw DriverError(DriverCode::kTimeout,
+                      "the name \"" + Printable(host) + "\" was not resolved in time");
+  }
+  return pending->Take();
+}
+
+}  // namespace
+
+void HostAddress::SetPort(uint16_t port) {
+  if (family() == AF_INET6) {
+    reinterpret_cast<sockaddr_in6*>(&storage)->sin6_port = htons(port);
+  } else {
+    reinterpret_cast<sockaddr_in*>(&storage)->sin_port = htons(port);
+  }
+}
+
+std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& deadline,
+                                     Waiter& waiter) {
+  Resolution result = Resolve(host, AI_NUMERICHOST);
+  if (result.status == EAI_NONAME) {
+    result = ResolveName(host, deadline, waiter);
+  }
+  if (result.status == EAI_SYSTEM) {
+    throw DriverError::System("getaddrinfo", result.error);
+  }
+  if (result.status != 0 || result.addresses.empty()) {
+    const char* reason = result.status != 0 ? ::gai_strerror(result.status) : "no address";
+    throw DriverError(DriverCode::kSystem, "getaddrinfo: \"" + Printable(host) + "\": " + reason +
+                                               " (error " + std::to_string(result.status) + ")");
+  }
+  return std::move(result.addresses);
+}
+
+}  // namespace ZIOP

@@ -1,0 +1,36 @@
+// Socket addresses of a printer's host.
+#ifndef PORT_DRIVER_HOSTADDRESS_H_
+#define PORT_DRIVER_HOSTADDRESS_H_
+
+#include <sys/socket.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "port_driver/Deadline.h"
+#include "port_driver/Waiter.h"
+
+namespace ZIOP {
+
+struct HostAddress {
+  sockaddr_storage storage;
+  socklen_t length;
+
+  int family() const { return storage.ss_family; }
+  const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&storage); }
+
+  // Puts in the port, in host byte order.
+  void SetPort(uint16_t port);
+};
+
+// Addresses of host in the order in which they are to be tried, at least one, without a port.
+// Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no bound
+// that a caller could rely on, so it works in a thread of its own, which is left to itself when the
+// deadline passes or the wait is cancelled. Throws DriverError.
+std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& deadline,
+                                     Waiter& waiter);
+
+}  // namespace ZIOP
+
+#endif  // PORT_DRIVER_HOSTADDRESS_H_

@@ -1,0 +1,190 @@
+// Connecting, sending, receiving and closing in order.
+#include "port_driver/RawConnection.h"
+
+#include <linux/sockios.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <string>
+#include <utility>
+
+#include "port_driver/DriverError.h"
+
+namespace ZIOP {
+namespace {
+
+int PendingError(int socket) {
+  int error = 0;
+  socklen_t length = sizeof error;
+  return ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &length) == 0 ? error : errno;
+}
+
+bool IsToRepeat(int error) {
+  return error == EAGAIN || error == EINTR;
+}
+
+DriverError Timeout(const char* what, const DeviceURI& uri) {
+  return {DriverCode::kTimeout,
+          std::string(what) + " within " + std::to_string(uri.budget().count()) + " ms"};
+}
+
+}  // namespace
+
+RawConnection::RawConnection(const DeviceURI& uri, std::vector<HostAddress> addresses,
+                             Waiter& waiter)
+    : uri_(uri), addresses_(std::move(addresses)), waiter_(waiter) {
+  for (HostAddress& address : addresses_) {
+    address.SetPort(uri.rawPort);
+  }
+}
+
+void RawConnection::Connect() {
+  const Deadline deadline = Deadline::After(uri_.budget());
+  for (std::size_t i = 0; !socket_; ++i) {
+    const auto left = static_cast<int>(addresses_.size() - i);
+    try {
+      socket_ = ConnectTo(addresses_[i], deadline.Share(left));
+    } catch (const DriverError& error) {
+      if (left == 1 || error.code() == DriverCode::kCancelled) {
+        throw;
+      }
+    }
+  }
+}
+
+FileDescriptor RawConnection::ConnectTo(const HostAddress& address, const Deadline& deadline) {
+  FileDescriptor descriptor(
+      ::socket(address.family(), SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP));
+  if (!descriptor) {
+    throw DriverError::System("socket", errno);
+  }
+  int error = ::connect(descriptor.get(), address.get(), address.length) == 0 ? 0 : errno;
+  if (error == EINPROGRESS || error == EINTR) {
+    if (!waiter_.Wait(descriptor.get(), POLLOUT, deadline)) {
+      throw Timeout("no connection to the raw data port", uri_);
+    }
+    error = PendingError(descriptor.get());
+  }
+  if (error != 0) {
+    throw DriverError::System("connect", error);
+  }
+  // Commands are written whole; collecting them further would only delay the last part.
+  const int on = 1;
+  ::setsockopt(descriptor.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  return descriptor;
+}
+
+void RawConnection::Write(std::string_view bytes) {
+  if (!socket_) {
+    Connect();
+  }
+  try {
+    Send(bytes);
+  } catch (...) {
+    Abort();
+    throw;
+  }
+}
+
+void RawConnection::Send(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t sent = ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(sent));
+    } else if (!IsToRepeat(errno)) {
+      throw DriverError::System("send", errno);
+    } else if (!waiter_.Wait(socket_.get(), POLLOUT, Deadline::After(uri_.budget()))) {
+      throw Timeout("the printer took no bytes", uri_);
+    }
+  }
+}
+
+void RawConnection::Flush() {
+  const int error = socket_ ? PendingError(socket_.get()) : 0;
+  if (error != 0) {
+    Abort();
+    throw DriverError::System("send", error);
+  }
+}
+
+std::size_t RawConnection::Read(char* buffer, std::size_t capacity) {
+  if (capacity == 0) {
+    return 0;
+  }
+  if (!socket_) {
+    Connect();
+  }
+  std::size_t length = 0;
+  bool connected = true;
+  try {
+    Deadline deadline = Deadline::After(uri_.budget());
+    while (connected && length < capacity && waiter_.Wait(socket_.get(), POLLIN, deadline)) {
+      connected = Receive(buffer, capacity, length);
+      deadline = Deadline::After(uri_.timeout / 4);
+    }
+  } catch (...) {
+    Abort();
+    throw;
+  }
+  if (!connected) {
+    socket_ = FileDescriptor();
+  }
+  if (length == 0) {
+    throw connected ? Timeout("the printer sent nothing", uri_)
+                    : DriverError(DriverCode::kPrinter, "the printer closed the connection");
+  }
+  return length;
+}
+
+// Appends what is there to the length bytes in buffer. False when the printer has hung up.
+bool RawConnection::Receive(char* buffer, std::size_t capacity, std::size_t& length) {
+  const ssize_t received = ::recv(socket_.get(), buffer + length, capacity - length, 0);
+  if (received < 0 && !IsToRepeat(errno)) {
+    throw DriverError::System("recv", errno);
+  }
+  length += received > 0 ? static_cast<std::size_t>(received) : 0;
+  return received != 0;
+}
+
+void RawConnection::Close() {
+  if (!socket_) {
+    return;
+  }
+  const FileDescriptor socket = std::move(socket_);
+  if (::shutdown(socket.get(), SHUT_WR) != 0) {
+    throw DriverError::System("shutdown", errno);
+  }
+  Drain(socket.get());
+}
+
+// Drops what the printer still sends, until it closes its side.
+void RawConnection::Drain(int socket) {
+  const Deadline deadline = Deadline::After(uri_.budget());
+  char dropped[4096];
+  while (!deadline.HasPassed() && waiter_.Wait(socket, POLLIN, deadline)) {
+    const ssize_t received = ::recv(socket, dropped, sizeof dropped, 0);
+    if (received == 0) {
+      return;
+    }
+    if (received < 0 && !IsToRepeat(errno)) {
+      throw DriverError::System("recv", errno);
+    }
+  }
+  int unacknowledged = 0;
+  if (::ioctl(socket, SIOCOUTQ, &unacknowledged) == 0 && unacknowledged > 0) {
+    throw Timeout("the printer did not take every byte", uri_);
+  }
+}
+
+// Closes without sending what is queued, and lets the printer see it.
+void RawConnection::Abort() {
+  const linger reset{1, 0};
+  ::setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
+  socket_ = FileDescriptor();
+}
+
+}  // namespace ZIOP

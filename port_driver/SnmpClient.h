@@ -1,0 +1,55 @@
+// Exchange of SNMP messages with one printer over UDP.
+#ifndef PORT_DRIVER_SNMPCLIENT_H_
+#define PORT_DRIVER_SNMPCLIENT_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "port_driver/DeviceURI.h"
+#include "port_driver/HostAddress.h"
+#include "port_driver/SnmpMessage.h"
+#include "port_driver/Waiter.h"
+
+namespace ZIOP {
+
+class SnmpClient {
+ public:
+  // Makes a connected socket for every address of the host that can be reached, so that only what
+  // the host itself sends is ever seen. uri and waiter must outlive the client. Does not block.
+  // Throws DriverError if there is none.
+  SnmpClient(const DeviceURI& uri, std::vector<HostAddress> addresses, Waiter& waiter);
+
+  // Sends request, one whole SNMP message, and waits for the answer to it; sends again whenever the
+  // time of one try is over, and throws DriverError (kTimeout) after the last. Datagrams that do
+  // not answer the request are passed over. A printer that refuses is asked again like one that is
+  // silent: it may be starting. Of several addresses the next is tried when one stays silent or
+  // refuses. The answer lies in the client's buffer, valid until the next exchange.
+  std::string_view Exchange(std::string_view request);
+
+ private:
+  struct Socket {
+    FileDescriptor descriptor;
+    int lastError = 0;  // of the last send or receive: 0 or errno
+  };
+
+  void ForgetQueuedDatagrams();
+  bool Try(std::string_view request, const SnmpMessage& asked);
+  void Send(std::string_view request);
+  bool ReceiveAnswer(const SnmpMessage& asked);
+  bool Receive(Socket& socket, const SnmpMessage& asked);
+  void TurnToNextAddress();
+  std::string Failure() const;
+
+  const DeviceURI& uri_;
+  Waiter& waiter_;
+  std::vector<Socket> sockets_;
+  std::size_t active_ = 0;  // the one that requests are sent on
+  std::vector<char> buffer_;
+  std::string_view answer_;
+};
+
+}  // namespace ZIOP
+
+#endif  // PORT_DRIVER_SNMPCLIENT_H_
