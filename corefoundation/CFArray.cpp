@@ -65,8 +65,7 @@ CFArrayRef CFArrayCreate(CFAllocatorRef /*allocator*/, const void** values, CFIn
 
 CFMutableArrayRef CFArrayCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
                                        const CFArrayCallBacks* callbacks) {
-  CoreFoundation::Object* array = CoreFoundation::NewArray(callbacks);
-  return static_cast<CFMutableArrayRef>(static_cast<void*>(array));
+  return CoreFoundation::MutableRefTo<CFMutableArrayRef>(CoreFoundation::NewArray(callbacks));
 }
 
 CFIndex CFArrayGetCount(CFArrayRef array) {

@@ -118,9 +118,8 @@ CFMutableDictionaryRef CFDictionaryCreateMutable(
     CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
     const CFDictionaryKeyCallBacks* key_callbacks,
     const CFDictionaryValueCallBacks* value_callbacks) {
-  CoreFoundation::Object* dictionary =
-      CoreFoundation::NewDictionary(key_callbacks, value_callbacks);
-  return static_cast<CFMutableDictionaryRef>(static_cast<void*>(dictionary));
+  return CoreFoundation::MutableRefTo<CFMutableDictionaryRef>(
+      CoreFoundation::NewDictionary(key_callbacks, value_callbacks));
 }
 
 CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {

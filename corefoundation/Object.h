@@ -89,6 +89,12 @@ typename T::Ref RefTo(const T* object) {
   return static_cast<typename T::Ref>(static_cast<const void*>(base));
 }
 
+// The reference to an object that callers may change.
+template <typename MutableRef>
+MutableRef MutableRefTo(Object* object) {
+  return static_cast<MutableRef>(static_cast<void*>(object));
+}
+
 }  // namespace CoreFoundation
 
 #endif  // COREFOUNDATION_OBJECT_H_

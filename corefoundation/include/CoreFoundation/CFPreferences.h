@@ -14,8 +14,8 @@ CF_EXTERN_C_BEGIN
 // The one application that the calls below take.
 CF_EXPORT const CFStringRef kCFPreferencesCurrentApplication;
 
-// Sets key, or removes it when value is null. Seen by this process at once, by others after
-// CFPreferencesAppSynchronize. value must be a property list and is kept: do not change it.
+// Sets key to a copy of value, or removes it when value is null. Seen by this process at once, by
+// others after CFPreferencesAppSynchronize. Nothing happens when value is no property list.
 CF_EXPORT void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value,
                                         CFStringRef application);
 

@@ -1,0 +1,87 @@
+// The application's defaults, and where they are kept.
+#include <CoreFoundation/CFPreferences.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <mutex>
+
+#include "corefoundation/Preferences.h"
+#include "corefoundation/PropertyList.h"
+
+namespace {
+
+using CoreFoundation::Node;
+using CoreFoundation::Preferences;
+
+// The file name of the executable; empty when the system does not tell.
+std::string ExecutableName() {
+  constexpr std::string_view kDeleted = " (deleted)";  // appended while a newer one is installed
+  char target[4096];
+  const ssize_t length = readlink("/proc/self/exe", target, sizeof(target));
+  if (length <= 0) return {};
+  std::string_view path(target, static_cast<std::size_t>(length));
+  if (path.size() > kDeleted.size() && path.substr(path.size() - kDeleted.size()) == kDeleted) {
+    path.remove_suffix(kDeleted.size());
+  }
+  return std::string(path.substr(path.rfind('/') + 1));
+}
+
+// The folder of the user's settings (XDG Base Directory Specification: a relative path does not
+// count); empty when there is none.
+std::string SettingsFolder() {
+  const char* folder = std::getenv("XDG_CONFIG_HOME");
+  if (folder != nullptr && folder[0] == '/') return folder;
+  const char* home = std::getenv("HOME");
+  if (home == nullptr || home[0] == '\0') {
+    const struct passwd* user = getpwuid(getuid());
+    home = user != nullptr ? user->pw_dir : nullptr;
+  }
+  return home != nullptr ? std::string(home) + "/.config" : std::string();
+}
+
+std::mutex& PreferencesMutex() {
+  static auto& mutex = *new std::mutex;
+  return mutex;
+}
+
+// The defaults at the place that the environment names now. The mutex is held.
+Preferences& CurrentPreferences() {
+  static const auto& name = *new std::string(ExecutableName());
+  static auto& all = *new std::map<std::string, Preferences>;
+  const std::string folder = SettingsFolder();
+  std::string path;
+  if (!folder.empty() && !name.empty()) path = folder + "/" + name + ".plist";
+  return all.try_emplace(path, path).first->second;
+}
+
+// A copy that later changes of list do not reach; null when it is no property list.
+CFRef<CFTypeRef> CopyOf(CFTypeRef list) {
+  const Node node = CoreFoundation::NodeFromObject(list, 1);
+  return node ? CoreFoundation::ObjectFromNode(node.get()) : CFRef<CFTypeRef>();
+}
+
+}  // namespace
+
+const CFStringRef kCFPreferencesCurrentApplication = CFSTR("kCFPreferencesCurrentApplication");
+
+void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value,
+                              CFStringRef /*application*/) {
+  CFRef<CFTypeRef> copy;
+  if (value != nullptr) {
+    copy = CopyOf(value);
+    if (!copy) return;
+  }
+  const std::lock_guard<std::mutex> lock(PreferencesMutex());
+  CurrentPreferences().Set(key, std::move(copy));
+}
+
+CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef /*application*/) {
+  const std::lock_guard<std::mutex> lock(PreferencesMutex());
+  return CurrentPreferences().Get(key).release();
+}
+
+Boolean CFPreferencesAppSynchronize(CFStringRef /*application*/) {
+  const std::lock_guard<std::mutex> lock(PreferencesMutex());
+  return CurrentPreferences().Synchronise() ? 1 : 0;
+}

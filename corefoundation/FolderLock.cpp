@@ -1,0 +1,24 @@
+#include "corefoundation/FolderLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+namespace CoreFoundation {
+
+FolderLock::FolderLock(const std::string& folder)
+    : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  constexpr std::chrono::seconds kPatience{2};
+  constexpr std::chrono::milliseconds kPause{5};
+  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  while (folder_.IsOpen() && flock(folder_.get(), LOCK_EX | LOCK_NB) != 0) {
+    const bool taken = errno == EWOULDBLOCK || errno == EINTR;
+    if (!taken || std::chrono::steady_clock::now() >= deadline) return;
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
+}  // namespace CoreFoundation

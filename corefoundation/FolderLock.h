@@ -1,0 +1,22 @@
+// Lock on a folder, held against other processes that take it.
+#ifndef COREFOUNDATION_FOLDERLOCK_H_
+#define COREFOUNDATION_FOLDERLOCK_H_
+
+#include <string>
+
+#include "corefoundation/FileDescriptor.h"
+
+namespace CoreFoundation {
+
+class FolderLock {
+ public:
+  // Waits for the lock at most 2 s; goes on without it then, and where the file system has none.
+  explicit FolderLock(const std::string& folder);
+
+ private:
+  const FileDescriptor folder_;  // the lock ends when it is closed
+};
+
+}  // namespace CoreFoundation
+
+#endif  // COREFOUNDATION_FOLDERLOCK_H_

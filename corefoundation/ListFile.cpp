@@ -1,0 +1,70 @@
+#include "corefoundation/ListFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+#include "corefoundation/FileDescriptor.h"
+
+namespace CoreFoundation {
+
+namespace {
+
+constexpr off_t kMaximumSize = off_t{64} << 20;
+
+std::error_code LastError() {
+  return {errno, std::generic_category()};
+}
+
+std::error_code CheckKind(const FileDescriptor& file) {
+  struct stat status;
+  if (fstat(file.get(), &status) != 0) return LastError();
+  if (!S_ISREG(status.st_mode)) return std::make_error_code(std::errc::invalid_argument);
+  if (status.st_size > kMaximumSize) return std::make_error_code(std::errc::file_too_large);
+  return {};
+}
+
+bool WriteAll(const FileDescriptor& file, const std::string& bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t written = write(file.get(), bytes.data() + done, bytes.size() - done);
+    if (written < 0 && errno != EINTR) return false;
+    if (written > 0) done += static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+}  // namespace
+
+std::string ReadListFile(const std::string& path, std::error_code& error) {
+  // O_NONBLOCK: opening a pipe would wait for its writer.
+  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  error = file.IsOpen() ? CheckKind(file) : LastError();
+  std::string bytes;
+  char block[16384];
+  while (!error) {
+    const ssize_t length = read(file.get(), block, sizeof(block));
+    if (length == 0) return bytes;
+    if (length > 0) bytes.append(block, static_cast<std::size_t>(length));
+    if (length < 0 && errno != EINTR) error = LastError();
+    if (bytes.size() > kMaximumSize) error = std::make_error_code(std::errc::file_too_large);
+  }
+  return {};
+}
+
+bool ReplaceListFile(const std::string& path, const std::string& bytes) {
+  std::string temporary = path + ".XXXXXX";
+  const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
+  if (!file.IsOpen()) return false;
+  if (fchmod(file.get(), S_IRUSR | S_IWUSR) == 0 && WriteAll(file, bytes) &&
+      fsync(file.get()) == 0 && std::rename(temporary.c_str(), path.c_str()) == 0) {
+    return true;
+  }
+  unlink(temporary.c_str());
+  return false;
+}
+
+}  // namespace CoreFoundation

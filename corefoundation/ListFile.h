@@ -1,0 +1,21 @@
+// Files that hold a property list.
+#ifndef COREFOUNDATION_LISTFILE_H_
+#define COREFOUNDATION_LISTFILE_H_
+
+#include <string>
+#include <system_error>
+
+namespace CoreFoundation {
+
+// The whole of a regular file of at most 64 MiB. On failure the text is empty and error says why:
+// EINVAL for another kind of file, which is neither waited for nor read, EFBIG for a larger one.
+std::string ReadListFile(const std::string& path, std::error_code& error);
+
+// Replaces the file at path, or makes it, by a new file of the bytes that only the user may read
+// (mode 0600): readers find the old bytes or the new ones. False, with the old file in place, on
+// failure.
+bool ReplaceListFile(const std::string& path, const std::string& bytes);
+
+}  // namespace CoreFoundation
+
+#endif  // COREFOUNDATION_LISTFILE_H_
