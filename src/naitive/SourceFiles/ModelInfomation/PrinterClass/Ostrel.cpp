@@ -1,0 +1,32 @@
+#include "ModelInfomation/PrinterClass/Ostrel.h"
+
+#include "Library/RavikCommon/RavikAssert.h"
+#include "ModelInfomation/PrinterClass/HeaterRecordKeys.h"
+#include "printer_control/StatusReplySummry.h"
+
+namespace Ravik {
+
+namespace {
+
+constexpr char kSource[] = "src/naitive/SourceFiles/ModelInfomation/PrinterClass/Ostrel";
+constexpr unsigned char kDeviceCode = 0x37;
+
+}  // namespace
+
+void COstrel::ReadCommandInfo(COMMAND_KEY key, CommandInfoVO& info) const {
+  if (!ReadHeaterRecordCommandInfo(key, kDeviceCode, info)) {
+    ReportAssertion("false", "ReadCommandInfo", kSource, 52);
+  }
+}
+
+void COstrel::ReadReplyInfo(COMMAND_KEY key, ReplyInfoVO& info) const {
+  if (!ReadHeaterRecordReplyInfo(key, info)) {
+    ReportAssertion("false", "ReadReplyInfo", kSource, 72);
+  }
+}
+
+void COstrel::ReadStatusReplyInfo(std::vector<ReplyInfoVO>& infos) const {
+  CStatusReplySummry::GetStatusReplyInfo(infos);
+}
+
+}  // namespace Ravik
