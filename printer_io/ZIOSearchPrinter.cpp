@@ -1,0 +1,50 @@
+#include "printer_io/ZIOSearchPrinter.h"
+
+#include "printer_io/FoundationCast.h"
+#include "printer_io/ZIOPlugin.h"
+
+namespace {
+
+// Lower-case i, unlike the plug-in's own ZIO_INFO_PRINTER_LIST.
+CFStringRef StoredListKey() {
+  return CFSTR("infoPrinterList");
+}
+
+CFRef<CFArrayRef> StoredList() {
+  const CFRef<CFPropertyListRef> stored(
+      CFPreferencesCopyAppValue(StoredListKey(), kCFPreferencesCurrentApplication));
+  return CFRef<CFArrayRef>::Retain(CFCast<CFArrayRef>(stored.get()));
+}
+
+}  // namespace
+
+ZIOSearchPrinter::ZIOSearchPrinter(const NSString* path, const NSDictionary* supported_printers)
+    : port_info_(std::make_unique<MakeZIOPortInfo>(path, supported_printers)) {}
+
+CFRef<CFArrayRef> ZIOSearchPrinter::GetPrinterList() {
+  const auto list = Ravik::CastOrRaise<CFDictionaryRef>(port_info_->GetList());
+  const auto records =
+      CFRef<CFArrayRef>::Retain(Ravik::RecordValue<CFArrayRef>(list, CFSTR(ZIO_INFO_PRINTER_LIST)));
+  SavePrinterInfoList(records.get());
+  return records;
+}
+
+void ZIOSearchPrinter::SavePrinterInfoList(const NSArray* records) {
+  CFPreferencesSetAppValue(StoredListKey(), records, kCFPreferencesCurrentApplication);
+  CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication);
+}
+
+CFRef<CFDictionaryRef> ZIOSearchPrinter::GetPrinterInfo(const NSString* name) {
+  if (name == nullptr) return {};
+  const CFRef<CFArrayRef> records = StoredList();
+  const CFIndex count = records ? CFArrayGetCount(records.get()) : 0;
+  for (CFIndex i = 0; i < count; ++i) {
+    const auto record =
+        Ravik::CastOrRaise<CFDictionaryRef>(CFArrayGetValueAtIndex(records.get(), i));
+    const auto target = Ravik::RecordValue<CFStringRef>(record, CFSTR(ZIO_INFO_TARGET_NAME));
+    if (target == nullptr) return {};
+    if (CFDictionaryGetValue(record, CFSTR(ZIO_INFO_ADDRESS)) == nullptr) return {};
+    if (CFEqual(name, target)) return CFRef<CFDictionaryRef>::Retain(record);
+  }
+  return {};
+}
