@@ -1,0 +1,72 @@
+// What the tests of this folder share.
+#ifndef TESTS_COREFOUNDATION_TESTSUPPORT_H_
+#define TESTS_COREFOUNDATION_TESTSUPPORT_H_
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include "corefoundation/Foundation.h"
+
+// Bytes of a literal, zero bytes included.
+template <std::size_t size>
+std::string Bytes(const char (&literal)[size]) {
+  return std::string(literal, size - 1);
+}
+
+inline CFRef<CFStringRef> MakeString(const std::string& text,
+                                     CFStringEncoding encoding = kCFStringEncodingUTF8) {
+  return CFRef<CFStringRef>(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), encoding));
+}
+
+inline std::string TextOf(CFStringRef string) {
+  const CFIndex length = CFStringGetLength(string);
+  std::string text(static_cast<std::size_t>(3 * length + 1), '\0');
+  EXPECT_TRUE(CFStringGetCString(string, text.data(), static_cast<CFIndex>(text.size()),
+                                 kCFStringEncodingUTF8));
+  return text.c_str();
+}
+
+inline CFRef<CFDataRef> MakeData(const std::string& bytes) {
+  return CFRef<CFDataRef>(CFDataCreate(kCFAllocatorDefault,
+                                       reinterpret_cast<const UInt8*>(bytes.data()),
+                                       static_cast<CFIndex>(bytes.size())));
+}
+
+inline CFRef<CFNumberRef> MakeNumber(SInt32 value) {
+  return CFRef<CFNumberRef>(CFNumberCreate(kCFAllocatorDefault, kCFNumberSInt32Type, &value));
+}
+
+inline void WriteFile(const std::string& path, const std::string& bytes) {
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string path = testing::TempDir() + "corefoundation.XXXXXX";
+    EXPECT_NE(mkdtemp(path.data()), nullptr);
+    path_ = path;
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+#endif  // TESTS_COREFOUNDATION_TESTSUPPORT_H_
