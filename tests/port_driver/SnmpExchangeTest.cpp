@@ -17,6 +17,8 @@
 namespace ZIOP {
 namespace {
 
+using std::string_literals::operator""s;
+
 // Options for tests in which the answer comes: the wait never decides the result.
 constexpr const char* kPatient = "timeout=20000&retries=0";
 // Options for tests in which no answer comes, or not at once.
@@ -217,22 +219,18 @@ TEST(SnmpExchangeTest, ReportsWhoseFaultItIs) {
 TEST(SnmpExchangeTest, Status) {
   const struct {
     const char* what;
-    SnmpSample answer;
+    std::string value;
+    char errorStatus;
     std::string status;
   } kRows[] = {
-      {"text", {}, "value"},
-      {"zero bytes", Changed([](SnmpSample& s) { s.value = std::string("\x04\x03\0\r\n", 5); }),
-       std::string("\0\r\n", 3)},
-      {"error", Changed([](SnmpSample& s) { s.errorStatus = "\x02"; }), "code -8"},
-      {"no text", Changed([](SnmpSample& s) { s.value = std::string("\x05\0", 2); }), "code -8"},
+      {"text", Element(0x04, "text"), 0, "text"},
+      {"zero bytes", Element(0x04, "\0\r\n"s), 0, "\0\r\n"s},
+      {"error", Element(0x04, "text"), 2, Failure(DriverCode::kPrinter)},
+      {"no text", Element(0x05, ""), 0, Failure(DriverCode::kPrinter)},
   };
   for (const auto& row : kRows) {
     UdpPeer peer([&](const std::string& request, int) {
-      // Same request-id and name as asked.
-      SnmpSample answer = row.answer;
-      answer.id = request.substr(request.find("\x02\x04") + 2, 4);
-      answer.name = "\x2B\x06\x01\x04\x01\x95\x1E\x01\x02\x02\x1E\x01\x01\x01";
-      return std::vector{answer.Bytes()};
+      return std::vector{AnswerTo(request, row.value, row.errorStatus)};
     });
     NetworkPort port = MakePort(peer.port(), kPatient);
     port.Open();

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "port_driver/SnmpMessage.h"
+
 namespace ZIOP {
 
 // One element; the length takes one byte or, from 128 on, four.
@@ -52,6 +54,21 @@ inline std::string SampleAnswer(std::size_t size) {
   sample.value = Element(0x04, std::string(128, 'x'));
   const std::size_t frame = sample.Bytes().size() - 128;
   sample.value = Element(0x04, std::string(size - frame, 'x'));
+  return sample.Bytes();
+}
+
+// The answer to request, same request-id and name, with an element as its value.
+inline std::string AnswerTo(const std::string& request, const std::string& value,
+                            char error_status = 0) {
+  const auto asked = ReadSnmpMessage(request).value();
+  SnmpSample sample;
+  sample.id.clear();
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    sample.id += static_cast<char>(asked.requestId >> shift);
+  }
+  sample.errorStatus = std::string(1, error_status);
+  sample.name = asked.name;
+  sample.value = value;
   return sample.Bytes();
 }
 
