@@ -58,12 +58,6 @@ void Connection::Reset() {
   output_.clear();
 }
 
-void Connection::Restart() {
-  stream_ = RemoteStream();
-  output_.clear();
-  ended_ = false;
-}
-
 bool Connection::IsChoked() const {
   return output_.size() >= kOutputMax;
 }

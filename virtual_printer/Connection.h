@@ -33,9 +33,6 @@ class Connection {
   void Send(const Bytes& bytes);
   void Flush();
 
-  /// Forgets what has been received and not been sent.
-  void Restart();
-
   /// Closes it with RST instead of FIN.
   void Reset();
 

@@ -17,9 +17,13 @@ namespace {
 
 constexpr std::size_t kConnectionsMax = 64;
 constexpr std::size_t kDatagramMax = 65536;
+// With so many answers under way no more requests are read.
+constexpr std::size_t kDelayedMax = 4096;
+// Nothing tells when a host opens the local port, so it is looked at that often.
+constexpr std::chrono::milliseconds kLocalPortInterval(10);
 
-short Events(const Connection& connection) {
-  const bool reads = !connection.HasEnded() && !connection.IsChoked();
+short Events(const Connection& connection, bool is_busy) {
+  const bool reads = !is_busy && !connection.HasEnded() && !connection.IsChoked();
   return static_cast<short>((reads ? POLLIN : 0) | (connection.HasOutput() ? POLLOUT : 0));
 }
 
@@ -41,8 +45,13 @@ std::uint16_t Server::RawPort() const {
   return BoundPort(listener_);
 }
 
+void Server::OfferLocalPort(const std::string& path) {
+  terminal_ = std::make_unique<Terminal>(path);
+}
+
 void Server::Run(int stop_fd) {
   for (;;) {
+    AcceptLocal();
     std::vector<pollfd> polled = Polled(stop_fd);
     const int ready = poll(polled.data(), static_cast<nfds_t>(polled.size()), TimeoutMs());
     if (ready < 0 && errno != EINTR) {
@@ -56,21 +65,25 @@ void Server::Run(int stop_fd) {
 }
 
 std::vector<pollfd> Server::Polled(int stop_fd) const {
+  const bool is_busy = delayed_.size() >= kDelayedMax;
   const bool accepts = connections_.size() < kConnectionsMax;
-  std::vector<pollfd> polled = {
-      {stop_fd, POLLIN, 0}, {snmp_.Get(), POLLIN, 0}, {accepts ? listener_.Get() : -1, POLLIN, 0}};
+  std::vector<pollfd> polled = {{stop_fd, POLLIN, 0},
+                                {is_busy ? -1 : snmp_.Get(), POLLIN, 0},
+                                {accepts ? listener_.Get() : -1, POLLIN, 0}};
   for (const auto& [id, connection] : connections_) {
     // A host that is gone is noticed when its answers leave.
-    const short events = Events(connection);
+    const short events = Events(connection, is_busy);
     polled.push_back({events != 0 ? connection.Fd() : -1, events, 0});
   }
   return polled;
 }
 
 int Server::TimeoutMs() const {
-  if (delayed_.empty()) return -1;
   using std::chrono::milliseconds;
-  const auto left = std::chrono::ceil<milliseconds>(delayed_.front().due - Clock::now());
+  const bool looks = terminal_ != nullptr && !local_;
+  if (delayed_.empty()) return looks ? static_cast<int>(kLocalPortInterval.count()) : -1;
+  auto left = std::chrono::ceil<milliseconds>(delayed_.front().due - Clock::now());
+  if (looks) left = std::min(left, kLocalPortInterval);
   return static_cast<int>(std::max(left, milliseconds(0)).count());
 }
 
@@ -112,6 +125,12 @@ void Server::Accept() {
   connections_.emplace(next_id_++, Connection(std::move(socket), Port::kRaw));
 }
 
+void Server::AcceptLocal() {
+  if (terminal_ == nullptr || local_ || !terminal_->HasHost()) return;
+  local_ = next_id_++;
+  connections_.emplace(*local_, Connection(terminal_->Connect(), Port::kLocal));
+}
+
 void Server::Serve(Id id, Connection& connection) {
   const bool is_first = !connection.HasReceived();
   const Bytes received = connection.Receive();
@@ -141,6 +160,11 @@ void Server::Answer(Id id, Connection& connection, const Bytes& command) {
 }
 
 void Server::RemoveEnded() {
+  if (local_ && connections_.at(*local_).HasEnded()) {
+    connections_.erase(*local_);
+    local_.reset();
+    terminal_->DropUnread();
+  }
   for (auto at = connections_.begin(); at != connections_.end();) {
     const Connection& connection = at->second;
     const bool owes = connection.HasOutput() || !delayed_.empty();

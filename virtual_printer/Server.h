@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "virtual_printer/FileDescriptor.h"
 #include "virtual_printer/Printer.h"
 #include "virtual_printer/SnmpAgent.h"
+#include "virtual_printer/Terminal.h"
 #include "virtual_printer/Trace.h"
 
 struct pollfd;
@@ -32,6 +34,9 @@ class Server {
 
   std::uint16_t SnmpPort() const;
   std::uint16_t RawPort() const;
+
+  /// Adds a local port, linked at `path`. Throws std::system_error.
+  void OfferLocalPort(const std::string& path);
 
   /// Serves until `stop_fd` becomes readable.
   void Run(int stop_fd);
@@ -50,6 +55,7 @@ class Server {
 
   void ReceiveDatagram();
   void Accept();
+  void AcceptLocal();
   void Serve(Id id, Connection& connection);
   void Answer(Id id, Connection& connection, const Bytes& command);
   void RemoveEnded();
@@ -66,7 +72,9 @@ class Server {
   FileDescriptor listener_;
   std::map<Id, Connection> connections_;
   Id next_id_ = 0;
-  std::deque<Delayed> delayed_;  // all with the same delay, so in order
+  std::unique_ptr<Terminal> terminal_;  // null without a local port
+  std::optional<Id> local_;             // its connection while a host has it open
+  std::deque<Delayed> delayed_;         // all with the same delay, so in order
 };
 
 }  // namespace VirtualPrinter

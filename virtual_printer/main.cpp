@@ -59,6 +59,7 @@ int Run(Options& options) {
   VirtualPrinter::Printer printer(options.setup, records, options.faults, trace);
   VirtualPrinter::Server server(options.listen, options.snmp_port, options.raw_port, printer,
                                 options.faults, trace);
+  if (!options.local_path.empty()) server.OfferLocalPort(options.local_path);
   if (!CatchSignals()) return Fail("no pipe for the signals", 1);
   TellReady(options, server);
   server.Run(stop_pipe[0]);

@@ -1,0 +1,75 @@
+// The local port: a pseudo-terminal.
+#include "virtual_printer/Terminal.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "virtual_printer/Sockets.h"
+
+namespace VirtualPrinter {
+namespace {
+
+[[noreturn]] void Fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+void MakeRaw(const std::string& device) {
+  const FileDescriptor host_side(open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+  if (!host_side) Fail(device);
+  termios settings{};
+  if (tcgetattr(host_side.Get(), &settings) != 0) Fail("tcgetattr");
+  cfmakeraw(&settings);
+  if (tcsetattr(host_side.Get(), TCSANOW, &settings) != 0) Fail("tcsetattr");
+}
+
+void Link(const std::string& device, const std::string& path) {
+  struct stat found {};
+  const bool is_link = lstat(path.c_str(), &found) == 0 && S_ISLNK(found.st_mode);
+  if (is_link && unlink(path.c_str()) != 0) Fail("unlink " + path);
+  if (symlink(device.c_str(), path.c_str()) != 0) Fail("symlink " + path);
+}
+
+}  // namespace
+
+Terminal::Terminal(const std::string& path)
+    : printer_side_(posix_openpt(O_RDWR | O_NOCTTY)), link_(path) {
+  const int fd = printer_side_.Get();
+  if (fd < 0 || grantpt(fd) != 0 || unlockpt(fd) != 0) Fail("posix_openpt");
+  fcntl(fd, F_SETFD, FD_CLOEXEC);
+  SetNonBlocking(printer_side_);
+  const char* device = ptsname(fd);
+  if (device == nullptr) Fail("ptsname");
+  device_ = device;
+  MakeRaw(device_);
+  Link(device_, link_);
+}
+
+Terminal::~Terminal() {
+  unlink(link_.c_str());
+}
+
+bool Terminal::HasHost() const {
+  pollfd polled = {printer_side_.Get(), POLLIN, 0};
+  if (poll(&polled, 1, 0) < 0) return false;
+  return (polled.revents & POLLIN) != 0 || (polled.revents & POLLHUP) == 0;
+}
+
+FileDescriptor Terminal::Connect() const {
+  FileDescriptor copy(fcntl(printer_side_.Get(), F_DUPFD_CLOEXEC, 0));
+  if (!copy) Fail("fcntl");
+  return copy;
+}
+
+void Terminal::DropUnread() const {
+  const FileDescriptor host_side(open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+  if (host_side) tcflush(host_side.Get(), TCIFLUSH);
+}
+
+}  // namespace VirtualPrinter
