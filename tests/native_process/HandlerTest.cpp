@@ -1,0 +1,106 @@
+// How writes are confirmed by reading back.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "NativeProcess/PrinterProcess.h"
+#include "tests/fake_plugin/FakePlugin.h"
+
+namespace {
+
+using Ravik::ParameterMapVO;
+using Ravik::PrinterProcess;
+using Ravik::PrinterVO;
+
+constexpr char kAccepted[] = "EX:OK;";
+
+// A record of slot 3 in layout 0 with this media suction, in the printer's digits.
+std::string Record(const std::string& suction, const std::string& flag = "01") {
+  return "EX:0000001B370300"
+         "02FFFFFFFFFFFF" +
+         suction + "FFFFFFFFFFFFFF" + flag + ';';
+}
+
+class HandlerTest : public testing::Test {
+ protected:
+  HandlerTest() { fake_plugin::StorePrinters({{"p", "QM-R410 Series", "a"}}); }
+
+  static int Exchanges() {
+    const std::vector<std::string> calls = fake_plugin::TakeCalls();
+    return static_cast<int>(std::count_if(
+        calls.begin(), calls.end(), [](const auto& call) { return call.rfind("ioctl", 0) == 0; }));
+  }
+
+  const PrinterVO printer_{"p", "QM-R410 Series"};
+  fake_plugin::Session plugin_;
+  ParameterMapVO in_;
+  ParameterMapVO out_;
+};
+
+TEST_F(HandlerTest, AWriteIsReadBackUntilThePrinterAgrees) {
+  in_.insert("CommandVersion", 0);
+  in_.insert("CustomMediaNo", 3);
+  in_.insert("MediaSuction", 4);
+  in_.insert("NoSuchSetting", "does not count");
+  fake_plugin::script().replies = {kAccepted, kAccepted, Record("03"), Record("04")};
+  EXPECT_EQ(PrinterProcess::SetCustomMediaInfo(printer_, in_, out_), 0);
+  EXPECT_EQ(Exchanges(), 4);
+  EXPECT_EQ(out_.size(), 0U);
+}
+
+TEST_F(HandlerTest, AFailedReadingBackEndsTheWait) {
+  in_.insert("CommandVersion", 0);
+  in_.insert("CustomMediaNo", 3);
+  fake_plugin::script().replies = {kAccepted, kAccepted, "no header", Record("04")};
+  EXPECT_EQ(PrinterProcess::SetCustomMediaInfo(printer_, in_, out_), -6);
+  EXPECT_EQ(Exchanges(), 3);
+}
+
+// The time is the process's own: a wait that costs little work goes on for long.
+TEST_F(HandlerTest, TheWaitIsMeasuredInProcessorTime) {
+  in_.insert("CommandVersion", 0);
+  in_.insert("MediaSuction", "4");  // a text never equals the number that is read back
+  int readings = 0;
+  fake_plugin::script().responder = [&](const std::string&) {
+    if (++readings == 3) {
+      const std::clock_t start = std::clock();
+      while (std::clock() - start < 10000) {
+      }
+    }
+    return Record("04");
+  };
+  EXPECT_EQ(PrinterProcess::SetCustomMediaInfo(printer_, in_, out_), -6);
+  EXPECT_LE(readings, 3);
+}
+
+TEST_F(HandlerTest, InitialisingANumberedRecordWaitsUntilItIsUnregistered) {
+  in_.insert("InitializeCustomMedia", 3);
+  fake_plugin::script().replies = {kAccepted, kAccepted, Record("04", "01"), Record("04", "00")};
+  EXPECT_EQ(PrinterProcess::SetMediaInitialize(printer_, in_, out_), 0);
+  EXPECT_EQ(Exchanges(), 4);
+
+  ParameterMapVO all;
+  all.insert("InitializeCustomMedia", "All");
+  fake_plugin::script().replies = {kAccepted, kAccepted};
+  EXPECT_EQ(PrinterProcess::SetMediaInitialize(printer_, all, out_), 0);
+  EXPECT_EQ(Exchanges(), 2);
+}
+
+TEST_F(HandlerTest, WithoutALayoutNothingIsSent) {
+  EXPECT_EQ(PrinterProcess::SetCustomMediaInfo(printer_, in_, out_), -1);
+  EXPECT_EQ(PrinterProcess::GetCustomMediaInfo(printer_, in_, out_), -1);
+  EXPECT_THAT(fake_plugin::TakeCalls(), testing::IsEmpty());
+}
+
+TEST_F(HandlerTest, APrinterListWithoutNamesEndsInTheStandardError) {
+  fake_plugin::script().list = fake_plugin::MakeList(
+      {fake_plugin::MakeRecord({"p", "d", "a"}),
+       fake_plugin::MakeDictionary({{"InfoTargetName", fake_plugin::MakeText("q")}})});
+  EXPECT_THROW(PrinterProcess::GetPrinterList(printer_, in_, out_), std::logic_error);
+}
+
+}  // namespace
