@@ -52,20 +52,21 @@ void AppendCharacter(char32_t character, std::u16string& units) {
   units.push_back(static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF)));
 }
 
-// Well-formed sequences by their first byte: how many bytes follow it, the bits of the character in
-// it, and the least character for which the form is the shortest.
+// Well-formed sequences by their first byte: how many bytes follow it, its fixed bits, the bits of
+// the character in it, and the least character for which the form is the shortest.
 struct UTF8Form {
   unsigned char first;
   unsigned char last;
   std::size_t trailing;
+  unsigned char mark;
   unsigned char mask;
   char32_t least;
 };
 constexpr UTF8Form kUTF8Forms[] = {
-    {0x00, 0x7F, 0, 0x7F, 0x0},
-    {0xC2, 0xDF, 1, 0x1F, 0x80},
-    {0xE0, 0xEF, 2, 0x0F, 0x800},
-    {0xF0, 0xF4, 3, 0x07, 0x10000},
+    {0x00, 0x7F, 0, 0x00, 0x7F, 0x0},
+    {0xC2, 0xDF, 1, 0xC0, 0x1F, 0x80},
+    {0xE0, 0xEF, 2, 0xE0, 0x0F, 0x800},
+    {0xF0, 0xF4, 3, 0xF0, 0x07, 0x10000},
 };
 
 // Takes one character off the front of bytes, which is not empty; nullopt when it is ill-formed.
@@ -133,8 +134,7 @@ std::size_t EncodeUTF8(std::u16string_view text, std::string& bytes) {
   const auto* form = std::prev(std::end(kUTF8Forms));
   while (character < form->least) --form;
   std::size_t shift = 6 * form->trailing;
-  const unsigned marks = form->trailing == 0 ? 0 : 0xFFU & ~((form->mask << 1) | 1U);
-  bytes.push_back(static_cast<char>(marks | (character >> shift)));
+  bytes.push_back(static_cast<char>(form->mark | (character >> shift)));
   while (shift > 0) {
     shift -= 6;
     bytes.push_back(static_cast<char>(0x80 | ((character >> shift) & 0x3F)));

@@ -27,7 +27,8 @@ TEST(CFRef, CountsOwners) {
 
   any = CFRef<CFTypeRef>();
   retained = MakeString("other");
-  string = string;  // NOLINT
+  const auto& alias = string;
+  string = alias;
   EXPECT_EQ(string.get(), object);
   EXPECT_EQ(CFGetRetainCount(object), 2);
 
