@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "tests/model_information/Families.h"
-
 namespace Ravik {
 namespace {
 
@@ -182,20 +180,6 @@ TEST(PrinterCommand, UnknownDeviceKeepsTheLastCommand) {
   EXPECT_FALSE(command.Set("QM-V5PS Series", WRITE_CUSTOMMEDIA_INFO1, {}));
   EXPECT_EQ(command.GetCommand().bytes(), built);
   EXPECT_TRUE(command.IsRemote() && !command.IsSVCmd() && command.IsBGJC());
-}
-
-TEST(PrinterCommand, OnlyTheBlockWriteGoesThroughTheSpooler) {
-  const auto block = Parameters({{"SettingAll", value(std::string(448, '7'))}});
-  for (const FamilyCase& family : Families()) {
-    for (const auto& [key, count] : family.command_fields) {
-      CPrinterCommand command;
-      ASSERT_TRUE(command.Set(family.device_name, static_cast<COMMAND_KEY>(key), block));
-      const Bytes bytes = command.GetCommand().bytes();
-      ASSERT_EQ(bytes.size(), 4U + bytes[2] + bytes[3] * 256U) << family << ' ' << key;
-      EXPECT_EQ(command.IsBGJC(), key != WRITE_CUSTOMMEDIA_INFO3) << family << ' ' << key;
-      EXPECT_EQ(command.IsSVCmd(), key >= WRITE_CUSTOMMEDIA_INFO1) << family << ' ' << key;
-    }
-  }
 }
 
 TEST(VariablePartDeathTest, AParameterOfTheWrongKindEndsTheProcess) {

@@ -1,9 +1,12 @@
 // A record that was read and is written back reaches the printer unchanged, in every family.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "GantryCore/PrinterCommand.h"

@@ -1,7 +1,6 @@
 // Walks every row of every table: what a slip in a row would break.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
@@ -125,22 +124,6 @@ TEST_P(TableLint, FramingFollowsTheOperation) {
     if (device == info.valueInfo.end()) continue;
     EXPECT_EQ(device->second.position, 0U);
     EXPECT_EQ(device->second.defaultValue, static_cast<unsigned int>(GetParam().device_code));
-  }
-}
-
-TEST_P(TableLint, HeaderAndRefusalFollowTheOperation) {
-  using Markers = std::pair<std::string, std::string>;
-  const std::map<int, Markers> kMarkers = {{4, {"EX:0000001B", "NA;"}},
-                                           {5, {"EX:0000001B", "NA;"}},
-                                           {6, {"EX:0000001B", "NA;"}},
-                                           {7, {"EX:0000001D", ""}},
-                                           {9, {"VI:00", ""}}};
-  for (const auto& [key, count] : GetParam().reply_fields) {
-    const ReplyInfoVO info = Reply(key);
-    EXPECT_EQ(Markers(std::string(info.header.begin(), info.header.end()),
-                      std::string(info.notAvailable.begin(), info.notAvailable.end())),
-              kMarkers.at(key));
-    EXPECT_TRUE(info.auxiliary.empty());
   }
 }
 
