@@ -21,8 +21,7 @@ TEST(CommandConvertTable, NamedValues) {
       {"PlatenGap", "2.5", 5},
       {"Heater", "Off", 1},
       {"MultiStrikePrinting", "Off", 0},
-      {"FeedSpeed", "Lv1", 2},
-      {"FeedSpeedMTC", "Lv2", 1},
+
       {"FeedSpeedATC", "Auto", 254},
       {"TensionMeasure", "Off", 2},
       {"RollType", "PrintableSideOut", 0},
@@ -38,6 +37,17 @@ TEST(CommandConvertTable, NamedValues) {
     EXPECT_EQ(byte, c.byte) << c.name << ' ' << c.text;
     EXPECT_TRUE(Table::BinaryToString(c.name, c.byte, text)) << c.name << ' ' << c.byte;
     EXPECT_EQ(text, c.text);
+  }
+}
+
+TEST(CommandConvertTable, FeedSpeedsAreNumberedBackwards) {
+  for (const char* name : {"FeedSpeed", "FeedSpeedATC", "FeedSpeedMTC"}) {
+    unsigned int level_1 = 0;
+    unsigned int level_2 = 0;
+    EXPECT_TRUE(Table::StringToBinary(name, "Lv1", level_1));
+    EXPECT_TRUE(Table::StringToBinary(name, "Lv2", level_2));
+    EXPECT_EQ(level_1, 2U) << name;
+    EXPECT_EQ(level_2, 1U) << name;
   }
 }
 

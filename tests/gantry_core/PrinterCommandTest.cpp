@@ -173,6 +173,14 @@ TEST(PrinterCommand, ShortCommands) {
   }
 }
 
+TEST(PrinterCommand, SpooledReadHasNoSV) {
+  CPrinterCommand command;
+  ASSERT_TRUE(command.Set("QM-V5 Series", READ_FW_VERSION, {}));
+  EXPECT_EQ(command.GetCommandForSpooler().bytes(),
+            (Bytes{0x1B, 0x40, 0x1B, 0x28, 0x52, 8, 0, 0, 'R',  'E', 'M', 'O', 'T',
+                   'E',  '1',  'V',  'I',  2,    0, 1, 0, 0x1B, 0,   0,   0}));
+}
+
 TEST(PrinterCommand, UnknownDeviceKeepsTheLastCommand) {
   CPrinterCommand command;
   ASSERT_TRUE(command.Set("QM-V5 Series", READ_FW_VERSION, {}));

@@ -52,13 +52,13 @@ TEST(ReplyInfo, KeepsRowsOfOneNameInTableOrder) {
   constexpr _t_REPLY_INFOMATION_STRUCT kTable[] = {
       {"A", {9, 1, 1, 2}}, {"0", {0, 1, 1, 2}}, {"A", {5, 1, 1, 2}}, {"A", {7, 1, 1, 2}}};
   ReplyInfoVO info;
-  info.SetAll(kBytes, 1, kBytes, 2, kBytes, 3, kTable, 4);
+  info.SetAll(kBytes, 1, kBytes + 1, 2, kBytes + 2, 1, kTable, 4);
   std::string positions;
   for (const auto& [name, field] : info.replyInfo) positions += std::to_string(field.position);
   EXPECT_EQ(positions, "0957");
   EXPECT_EQ(info.header, Bytes{1});
-  EXPECT_EQ(info.notAvailable, (Bytes{1, 2}));
-  EXPECT_EQ(info.auxiliary, (Bytes{1, 2, 3}));
+  EXPECT_EQ(info.notAvailable, (Bytes{2, 3}));
+  EXPECT_EQ(info.auxiliary, Bytes{3});
   info.SetAll(nullptr, 1, kBytes, 0, nullptr, 3, kTable, 0);
   EXPECT_TRUE(info.header.empty() && info.notAvailable.empty() && info.auxiliary.empty());
   EXPECT_EQ(info.replyInfo.size(), 4U);
