@@ -7,8 +7,9 @@
 // its first argument.
 //
 // Plain C: the header compiles as C11 and as C++17, and no exception crosses a slot. All calls on
-// one interface come from one thread, one at a time. Results are 0 or a negative code of the
-// plug-in's own, unless a slot says otherwise. Every slot but the reserved ones must be filled.
+// one interface but cancel come from one thread, one at a time. Results are 0 or a negative code of
+// the plug-in's own, neither -1 nor -50, unless a slot says otherwise. Every slot but the reserved
+// ones must be filled.
 #ifndef PRINTER_IO_ZIOPLUGIN_H_
 #define PRINTER_IO_ZIOPLUGIN_H_
 
@@ -117,19 +118,24 @@ typedef struct ZIOPortTable {
   // the block's output members are left as they were.
   int (*ioctl)(ZIOPortInterface* self, long selector, void* block);
 
-  // Slot 7. Ends a wait in progress, and the operation in it, with a failure. Legal when
-  // initialised, also when not open; the one slot that may be called from the error callback.
+  // Slot 7. Ends the wait in progress, and the operation that waits, with a failure. Without one it
+  // does nothing and leaves no trace: an operation that begins later is not ended. Legal when
+  // initialised, also when not open. The one slot that may be called from the error callback and,
+  // until terminate, from other threads. Does not block and never calls the error callback.
   int (*cancel)(ZIOPortInterface* self);
 
   // Slot 8. Takes *length bytes for the printer. Legal when open. On success *length holds the
-  // number of bytes taken, which is all of them. May block, for a bounded time.
+  // number of bytes taken, which is all of them; on failure it is left, and how much of the bytes
+  // reached the printer is not known. Blocks as long as the printer goes on taking bytes, for a
+  // bounded time at each standstill.
   int (*write)(ZIOPortInterface* self, char* bytes, long* length);
 
   // Slot 9. Sends everything that was written. Legal when open; the argument is 0. Blocks until
   // the bytes are on their way or the port's own time is over.
   int (*flush)(ZIOPortInterface* self, unsigned char flag);
 
-  // Slot 10. Marks the end of a unit of data. Legal when open; may do nothing.
+  // Slot 10. Marks the end of a unit of data. Legal when open. A port that keeps bytes together has
+  // to let them go; otherwise there is nothing to do.
   int (*tab)(ZIOPortInterface* self);
 
   // Slot 11. Fills buffer, ZIO_STATUS_BUFFER_SIZE bytes zeroed by the worker, with the printer's
@@ -137,15 +143,17 @@ typedef struct ZIOPortTable {
   // the answer is there or the port's own time is over; on failure buffer is left as it was.
   int (*status)(ZIOPortInterface* self, char* buffer);
 
-  // Slot 12. Reads at most *length bytes into buffer; on success *length holds how many. Legal
-  // when open. Returns when the printer pauses, the buffer is full or the port's own time is over.
+  // Slot 12. Reads at most *length bytes into buffer; on success *length holds how many, on failure
+  // it is left. Legal when open. Returns when the printer pauses after its first byte or the buffer
+  // is full; nothing at all in the port's own time is a failure.
   int (*read)(ZIOPortInterface* self, char* buffer, long* length);
 
   // Slot 13. Writes a command and reads its reply in one operation. Legal when open. Blocks as
   // write and read do.
   int (*control)(ZIOPortInterface* self, ControlElement* block);
 
-  // Slot 14. Fills the plug-in's own information record. Legal when open; does not block.
+  // Slot 14. Fills the plug-in's own information record. Legal when open; does not block. A plug-in
+  // without such a record answers with a failure.
   int (*getInfo)(ZIOPortInterface* self, ZIOXInfo* info);
 } ZIOPortTable;
 
