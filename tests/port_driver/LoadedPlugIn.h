@@ -5,6 +5,9 @@
 #include <CoreFoundation/CFPlugIn.h>
 #include <CoreFoundation/CFPlugInCOM.h>
 
+#include <stdexcept>
+#include <string>
+
 #include "corefoundation/Foundation.h"
 #include "printer_io/ZIOPlugin.h"
 
@@ -12,6 +15,7 @@ namespace ZIOP {
 
 class LoadedPlugIn {
  public:
+  // Throws when the bundle makes no instance.
   explicit LoadedPlugIn(const char* path) {
     const CFRef<CFURLRef> url(CFURLCreateFromFileSystemRepresentation(
         kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path),
@@ -20,22 +24,19 @@ class LoadedPlugIn {
     const auto type = MakeUUID(CFSTR(ZIO_PLUGIN_TYPE_ID));
     const CFRef<CFArrayRef> factories(
         CFPlugInFindFactoriesForPlugInTypeInPlugIn(type.get(), plugin_.get()));
-    if (factories && CFArrayGetCount(factories.get()) == 1) {
-      factory_ = CFRef<CFUUIDRef>::Retain(
-          static_cast<CFUUIDRef>(CFArrayGetValueAtIndex(factories.get(), 0)));
-      instance_ =
-          static_cast<Instance*>(CFPlugInInstanceCreate(nullptr, factory_.get(), type.get()));
+    if (!factories || CFArrayGetCount(factories.get()) != 1) {
+      throw std::runtime_error("no factory");
+    }
+    factory_ = CFRef<CFUUIDRef>::Retain(
+        static_cast<CFUUIDRef>(CFArrayGetValueAtIndex(factories.get(), 0)));
+    instance_ = static_cast<Instance*>(CFPlugInInstanceCreate(nullptr, factory_.get(), type.get()));
+    if (instance_ == nullptr) {
+      throw std::runtime_error("no instance");
     }
   }
-  ~LoadedPlugIn() {
-    if (instance_ != nullptr) {
-      (*instance_)->Release(instance_);
-    }
-  }
+  ~LoadedPlugIn() { (*instance_)->Release(instance_); }
   LoadedPlugIn(const LoadedPlugIn&) = delete;
   LoadedPlugIn& operator=(const LoadedPlugIn&) = delete;
-
-  bool hasInstance() const { return instance_ != nullptr; }
 
   static CFRef<CFUUIDRef> MakeUUID(CFStringRef text) {
     return CFRef<CFUUIDRef>(CFUUIDCreateFromString(kCFAllocatorDefault, text));

@@ -1,5 +1,4 @@
 // The bundle as the worker finds it, and the list of printers that it makes.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -10,8 +9,6 @@
 
 namespace ZIOP {
 namespace {
-
-using testing::HasSubstr;
 
 CFRef<CFDictionaryRef> Dictionary(const std::string& text) {
   const CFRef<CFDataRef> data(CFDataCreate(kCFAllocatorDefault,
@@ -53,7 +50,6 @@ std::string Describe(CFDictionaryRef record) {
 
 TEST(PlugInTest, MakesInstancesOfItsTypeAlone) {
   LoadedPlugIn plugin(ZIOP_BUNDLE);
-  ASSERT_TRUE(plugin.hasInstance());
   const auto other = LoadedPlugIn::MakeUUID(CFSTR("5C0D2E14-7A42-4B19-9F63-2D8E4A71C305"));
   EXPECT_EQ(CFPlugInInstanceCreate(nullptr, plugin.factory(), other.get()), nullptr);
 
@@ -154,6 +150,34 @@ TEST(PlugInTest, ListsNothingWithoutPrinters) {
   EXPECT_LT(info->table->initialise(info, ZIO_INTERFACE_VERSION, nullptr), 0);
   EXPECT_LT(info->table->initialise(info, 1, kRows[0].information.get()), 0);
   EXPECT_EQ(info->table->getList(info), nullptr);
+  info->table->release(info);
+}
+
+TEST(ExamplePlugInTest, IsAWholePlugIn) {
+  LoadedPlugIn plugin(EXAMPLE_BUNDLE);
+  ZIOPortInfoInterface* info = plugin.GetPortInfo();
+  EXPECT_EQ(info->table->initialise(info, ZIO_INTERFACE_VERSION, WithPrinters("<array/>").get()), 0);
+  const CFDictionaryRef record = RecordAt(info->table->getList(info), 0);
+  EXPECT_EQ(Describe(record), "Example printer|Example|example:1|1");
+
+  ZIOPortInterface* port = plugin.GetPort();
+  const ZIOOpenParameter parameter{
+      CFCast<CFDataRef>(CFDictionaryGetValue(record, CFSTR(ZIO_INFO_ADDRESS))),
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      EXAMPLE_BUNDLE};
+  EXPECT_EQ(port->table->initialise(port, ZIO_INTERFACE_VERSION, &parameter), 0);
+  EXPECT_EQ(port->table->open(port), 0);
+  char reply[8] = "#######";
+  ControlElement block{"ping", 4, reply, 7};
+  EXPECT_EQ(port->table->control(port, &block), 0);
+  EXPECT_STREQ(reply, "ping###");
+  EXPECT_EQ(port->table->close(port), 0);
+  EXPECT_EQ(port->table->terminate(port), 0);
+  port->table->release(port);
+  info->table->terminate(info);
   info->table->release(info);
 }
 
