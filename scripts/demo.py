@@ -1,0 +1,138 @@
+"""Three virtual printers, one worker, every request: the JSON, the bytes on the wire, the answer."""
+
+import json
+import os
+import plistlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import urllib.parse
+
+PRINTERS = [
+    ("Studio", "QM-R410 Series"),
+    ("Banner hall", "QM-T84 Series"),
+    ("Proof", "QM-V5 Series"),
+]
+TIME_LIMIT_S = 20
+
+
+def bold(text):
+    return f"\033[1m{text}\033[0m" if sys.stdout.isatty() else text
+
+
+def shortened(text):
+    return text if len(text) <= 200 else text[:140] + " ... " + text[-55:]
+
+
+class VirtualPrinter:
+    def __init__(self, binaries, folder, name, model):
+        self.name, self.model = name, model
+        path = os.path.join(folder, name + ".trace")
+        with open(path, "w") as trace:
+            self.process = subprocess.Popen(
+                [os.path.join(binaries, "virtual-printer"), "--model", model, "--trace",
+                 "--serial", "SN00012345", "--firmware", "2.31"],
+                stdout=subprocess.PIPE, stderr=trace, text=True)
+        self.trace = open(path)
+        ready = json.loads(self.process.stdout.readline())
+        self.uri = f"socket://127.0.0.1:{ready['raw']}?snmp={ready['snmp']}"
+
+    def events(self):
+        """The datagrams and commands since the last call."""
+        return re.findall(r"^\S+ (\S+ \S+) (.*)$", self.trace.read(), re.M)
+
+
+class Worker:
+    def __init__(self, folder):
+        environment = dict(os.environ, XDG_CONFIG_HOME=os.path.join(folder, "config"))
+        self.process = subprocess.Popen([os.path.join(folder, "PrinterNativeProcess")], bufsize=0,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        env=environment)
+
+    def ask(self, request):
+        line = urllib.parse.quote(json.dumps(request, separators=(",", ":")), safe="")
+        self.process.stdin.write(line.encode() + b"\n")
+        answer = b""
+        end = time.monotonic() + TIME_LIMIT_S
+        while time.monotonic() < end:
+            answer += os.read(self.process.stdout.fileno(), 65536)
+            try:
+                return json.loads(answer)
+            except ValueError:
+                continue  # not whole yet
+        raise TimeoutError(answer)
+
+
+def show_bytes(printer):
+    shown = set()
+    for event, text in printer.events():
+        if (event, text) in shown:
+            continue  # reading back repeats itself
+        shown.add((event, text))
+        print(f"  {event:12}  {shortened(text)}")
+
+
+def run(binaries, folder):
+    for name in ("PrinterNativeProcess", "libCoreFoundation.so", "ZIO"):
+        source = os.path.join(binaries, name)
+        copy = shutil.copytree if os.path.isdir(source) else shutil.copy
+        copy(source, os.path.join(folder, name))
+    printers = [VirtualPrinter(binaries, folder, name, model) for name, model in PRINTERS]
+    with open(os.path.join(folder, "SupportPrinterList.xml"), "wb") as file:
+        plistlib.dump({"Printers": [
+            {"InfoTargetName": printer.name, "InfoPrinterName": printer.model,
+             "DeviceURI": printer.uri} for printer in printers]}, file)
+    worker = Worker(folder)
+
+    def ask(title, command, printer=None, parameter=None):
+        request = {"Command": command}
+        if printer:
+            request.update(PrinterName=printer.name, DeviceName=printer.model)
+        if parameter is not None:
+            request["Parameter"] = parameter
+        print(bold(f"\n{title}"))
+        print("  request      ", shortened(json.dumps(request)))
+        answer = worker.ask(request)
+        if printer:
+            show_bytes(printer)
+        print("  answer       ", json.dumps(answer))
+        assert answer[command] == 0, answer
+        return answer.get("Reply")
+
+    studio, hall, proof = printers
+    ask("Which printers are there?", "GetPrinterList")
+    ask("How is the first one?", "GetStatusReply", studio, ["StatusCode", "WarningCode",
+                                                          "SerialNumber"])
+    ask("Write a media record, with named and numeric values", "SetCustomMediaInfo", studio,
+        {"CustomMediaNo": 3, "CommandVersion": 0, "CustomMediaName": "Banner 440 g",
+         "PlatenGap": "2.5", "PreHeater": 45, "AfterHeater": "Off", "MediaTension": -5,
+         "FeedSpeed": "Auto", "RegistrationFlag": 1})
+    record = ask("Read it back", "GetCustomMediaInfo", studio,
+                 {"CustomMediaNo": 3, "CommandVersion": 0})
+    assert record["PlatenGap"] == "2.5" and record["MediaTension"] == -5, record
+    ask("What is registered?", "GetCustomMediaName", studio, {"CustomMediaNo": 2})
+    ask("Write a whole record as one block, through the data port", "SetCustomMediaInfo", hall,
+        {"CustomMediaNo": 1, "CommandVersion": 128, "SettingAll": "00FF5A" + "7E" * 221})
+    ask("Initialise the record", "SetMediaInitialize", studio, {"InitializeCustomMedia": 3})
+    record = ask("It is no longer registered", "GetCustomMediaInfo", studio,
+                 {"CustomMediaNo": 3, "CommandVersion": 0})
+    assert record["RegistrationFlag"] == 0, record
+    ask("Which firmware does the third one run?", "GetFWVersion", proof)
+
+    worker.process.stdin.close()
+    print(bold(f"\nThe worker ended with status {worker.process.wait(TIME_LIMIT_S)}."))
+    for printer in printers:
+        printer.process.terminate()
+        printer.process.wait(TIME_LIMIT_S)
+
+
+def main():
+    binaries = os.path.abspath(sys.argv[1])
+    with tempfile.TemporaryDirectory() as folder:
+        run(binaries, folder)
+
+
+main()
