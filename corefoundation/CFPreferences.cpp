@@ -58,7 +58,8 @@ Preferences& CurrentPreferences() {
 // A copy that later changes of list do not reach; null when it is no property list.
 CFRef<CFTypeRef> CopyOf(CFTypeRef list) {
   const Node node = CoreFoundation::NodeFromObject(list, 1);
-  return node ? CoreFoundation::ObjectFromNode(node.get()) : CFRef<CFTypeRef>();
+  if (!node) return {};
+  return CoreFoundation::ObjectFromNode(node.get());
 }
 
 }  // namespace

@@ -49,8 +49,8 @@ class CFRef {
 
   // A mutable object is also an immutable one, and everything is a CFTypeRef.
   template <typename U, typename = std::enable_if_t<std::is_convertible_v<U, T>>>
-  CFRef(CFRef<U> other) noexcept
-      : object_(other.release()) {}  // NOLINT(google-explicit-constructor)
+  // NOLINTNEXTLINE(google-explicit-constructor): as the references themselves convert
+  CFRef(CFRef<U> other) noexcept : object_(other.release()) {}
 
   CFRef& operator=(CFRef other) noexcept {
     std::swap(object_, other.object_);

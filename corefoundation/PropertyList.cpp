@@ -228,7 +228,8 @@ Node NodeFromObject(CFTypeRef object, std::size_t depth) {
 
 CFRef<CFTypeRef> ParseObject(std::string_view bytes) {
   const Node node = ParseList(bytes);
-  return node ? ObjectFromNode(node.get()) : CFRef<CFTypeRef>();
+  if (!node) return {};
+  return ObjectFromNode(node.get());
 }
 
 std::string WriteXML(plist_t node) {

@@ -41,8 +41,8 @@ TEST(CFRef, CountsOwners) {
 
 TEST(CFRef, HoldsNothing) {
   const CFRef<CFArrayRef> empty;
-  const CFRef<CFArrayRef> copy = empty;
-  EXPECT_FALSE(copy);
+  const CFRef<CFTypeRef> converted = empty;
+  EXPECT_FALSE(converted);
   EXPECT_FALSE(CFRef<CFDataRef>::Retain(nullptr));
 }
 

@@ -29,7 +29,8 @@ inline std::string TextOf(CFStringRef string) {
   std::string text(static_cast<std::size_t>(3 * length + 1), '\0');
   EXPECT_TRUE(CFStringGetCString(string, text.data(), static_cast<CFIndex>(text.size()),
                                  kCFStringEncodingUTF8));
-  return text.c_str();
+  text.resize(text.find('\0'));
+  return text;
 }
 
 inline CFRef<CFDataRef> MakeData(const std::string& bytes) {
