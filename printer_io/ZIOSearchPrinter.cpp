@@ -23,7 +23,7 @@ ZIOSearchPrinter::ZIOSearchPrinter(const NSString* path, const NSDictionary* sup
 
 CFRef<CFArrayRef> ZIOSearchPrinter::GetPrinterList() {
   const auto list = Ravik::CastOrRaise<CFDictionaryRef>(port_info_->GetList());
-  const auto records =
+  auto records =
       CFRef<CFArrayRef>::Retain(Ravik::RecordValue<CFArrayRef>(list, CFSTR(ZIO_INFO_PRINTER_LIST)));
   SavePrinterInfoList(records.get());
   return records;

@@ -13,7 +13,7 @@
 
 namespace {
 
-using std::string_literals::operator""s;
+using std::string_literals::operator""s;  // NOLINT(misc-unused-using-decls)
 
 std::string Byte(std::size_t value) {
   return std::string(1, static_cast<char>(value & 0xFF));
@@ -21,8 +21,8 @@ std::string Byte(std::size_t value) {
 
 std::string Element(int tag, const std::string& content) {
   std::string length;
-  for (std::size_t rest = content.size(); rest != 0; rest >>= 8) length = Byte(rest) + length;
-  if (content.size() >= 0x80) length = Byte(0x80 + length.size()) + length;
+  for (std::size_t rest = content.size(); rest != 0; rest >>= 8) length.insert(0, Byte(rest));
+  if (content.size() >= 0x80) length.insert(0, Byte(0x80 + length.size()));
   if (content.empty()) length = Byte(0);
   return Byte(static_cast<std::size_t>(tag)) + length + content;
 }

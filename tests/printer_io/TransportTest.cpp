@@ -20,7 +20,7 @@ using fake_plugin::MakeNumber;
 using fake_plugin::MakeText;
 using fake_plugin::script;
 using fake_plugin::TakeCalls;
-using std::string_literals::operator""s;
+using std::string_literals::operator""s;  // NOLINT(misc-unused-using-decls)
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
