@@ -237,14 +237,12 @@ std::string InterfaceName(CFUUIDBytes id) {
 
 HRESULT QueryInterface(void* self, CFUUIDBytes id, void** interface) {
   const std::string name = InterfaceName(id);
+  *interface = self;  // a refusal leaves something behind, which must not be taken
   const int result = Called("QueryInterface", name);
   if (result != 0) return result;
   if (name == "port") *interface = new Port{{&kPortTable}};
   if (name == "info") *interface = new PortInfo{{&kPortInfoTable}};
-  if (name == "unknown") {
-    ++static_cast<Instance*>(self)->references;
-    *interface = self;
-  }
+  if (name == "unknown") ++static_cast<Instance*>(self)->references;
   return name == "other" ? E_NOINTERFACE : S_OK;
 }
 

@@ -76,6 +76,9 @@ FAKE_PLUGIN_API Script& script();
 //   callback ANSWER
 FAKE_PLUGIN_API std::vector<std::string> TakeCalls();
 
+// The same as one text, joined by ", ".
+FAKE_PLUGIN_API std::string TakeLog();
+
 // The plug-in path of the last initialise.
 FAKE_PLUGIN_API const std::string& LastPath();
 

@@ -57,6 +57,12 @@ std::vector<std::string> TakeCalls() {
   return std::exchange(state().calls, {});
 }
 
+std::string TakeLog() {
+  std::string log;
+  for (const std::string& call : TakeCalls()) log += (log.empty() ? "" : ", ") + call;
+  return log;
+}
+
 const std::string& LastPath() {
   return state().path;
 }
