@@ -100,10 +100,11 @@ TEST_F(TransportTest, OpensByTheStoredRecordAndClosesOnTheWayOut) {
 }
 
 TEST_F(TransportTest, DoesNotOpenWithoutACompleteRecord) {
-  const CFRef<CFTypeRef> name = MakeText("P");
-  const CFRef<CFTypeRef> address = MakeData("x");
-  const CFRef<CFTypeRef> type = MakeNumber(1);
-  const auto record = [](CFRef<CFTypeRef> target, CFRef<CFTypeRef> bytes, CFRef<CFTypeRef> port) {
+  using Object = CFRef<CFTypeRef>;
+  const Object name = MakeText("P");
+  const Object address = MakeData("x");
+  const Object type = MakeNumber(1);
+  const auto record = [](const Object& target, const Object& bytes, const Object& port) {
     std::map<std::string, CFRef<CFTypeRef>> entries;
     if (target) entries[ZIO_INFO_TARGET_NAME] = target;
     if (bytes) entries[ZIO_INFO_ADDRESS] = bytes;
