@@ -1,9 +1,10 @@
-// An owned file descriptor.
+// An owned file descriptor, and what every kind of it needs.
 #ifndef VIRTUAL_PRINTER_FILEDESCRIPTOR_H_
 #define VIRTUAL_PRINTER_FILEDESCRIPTOR_H_
 
 #include <unistd.h>
 
+#include <string>
 #include <utility>
 
 namespace VirtualPrinter {
@@ -30,6 +31,12 @@ class FileDescriptor {
  private:
   int fd_ = -1;
 };
+
+/// Throws the failure that errno tells as std::system_error; `what` names the failing call.
+[[noreturn]] void ThrowSystemError(const std::string& what);
+
+/// Throws std::system_error.
+void SetNonBlocking(const FileDescriptor& file);
 
 }  // namespace VirtualPrinter
 

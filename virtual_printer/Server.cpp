@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <system_error>
 
 #include "virtual_printer/Sockets.h"
 
@@ -54,9 +53,7 @@ void Server::Run(int stop_fd) {
     AcceptLocal();
     std::vector<pollfd> polled = Polled(stop_fd);
     const int ready = poll(polled.data(), static_cast<nfds_t>(polled.size()), TimeoutMs());
-    if (ready < 0 && errno != EINTR) {
-      throw std::system_error(errno, std::generic_category(), "poll");
-    }
+    if (ready < 0 && errno != EINTR) ThrowSystemError("poll");
     if (ready > 0 && polled.front().revents != 0) return;
     SendDue();
     if (ready > 0) Handle(polled);

@@ -2,21 +2,15 @@
 #include "virtual_printer/Sockets.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-#include <cerrno>
 #include <memory>
 #include <system_error>
 
 namespace VirtualPrinter {
 namespace {
-
-[[noreturn]] void Fail(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
 
 FileDescriptor Bind(const std::string& address, std::uint16_t port, int type) {
   addrinfo hints{};
@@ -30,13 +24,13 @@ FileDescriptor Bind(const std::string& address, std::uint16_t port, int type) {
   }
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> owned(found, freeaddrinfo);
   FileDescriptor socket(::socket(found->ai_family, type | SOCK_CLOEXEC, 0));
-  if (!socket) Fail("socket");
+  if (!socket) ThrowSystemError("socket");
   const int on = 1;
   if (type == SOCK_STREAM) {
     setsockopt(socket.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   }
   if (bind(socket.Get(), found->ai_addr, found->ai_addrlen) != 0) {
-    Fail("bind " + address + " port " + std::to_string(port));
+    ThrowSystemError("bind " + address + " port " + std::to_string(port));
   }
   SetNonBlocking(socket);
   return socket;
@@ -50,7 +44,7 @@ FileDescriptor BindDatagramSocket(const std::string& address, std::uint16_t port
 
 FileDescriptor ListenOnStreamSocket(const std::string& address, std::uint16_t port) {
   FileDescriptor socket = Bind(address, port, SOCK_STREAM);
-  if (listen(socket.Get(), SOMAXCONN) != 0) Fail("listen");
+  if (listen(socket.Get(), SOMAXCONN) != 0) ThrowSystemError("listen");
   return socket;
 }
 
@@ -58,17 +52,12 @@ std::uint16_t BoundPort(const FileDescriptor& socket) {
   sockaddr_storage address{};
   socklen_t size = sizeof address;
   if (getsockname(socket.Get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    Fail("getsockname");
+    ThrowSystemError("getsockname");
   }
   if (address.ss_family == AF_INET6) {
     return ntohs(reinterpret_cast<const sockaddr_in6*>(&address)->sin6_port);
   }
   return ntohs(reinterpret_cast<const sockaddr_in*>(&address)->sin_port);
-}
-
-void SetNonBlocking(const FileDescriptor& file) {
-  const int flags = fcntl(file.Get(), F_GETFL);
-  if (flags < 0 || fcntl(file.Get(), F_SETFL, flags | O_NONBLOCK) != 0) Fail("fcntl");
 }
 
 void ResetConnection(FileDescriptor socket) {

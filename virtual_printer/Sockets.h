@@ -17,8 +17,6 @@ FileDescriptor ListenOnStreamSocket(const std::string& address, std::uint16_t po
 
 std::uint16_t BoundPort(const FileDescriptor& socket);
 
-void SetNonBlocking(const FileDescriptor& file);
-
 /// Closes a connection with RST instead of FIN.
 void ResetConnection(FileDescriptor socket);
 

@@ -8,32 +8,23 @@
 #include <termios.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <system_error>
-
-#include "virtual_printer/Sockets.h"
-
 namespace VirtualPrinter {
 namespace {
 
-[[noreturn]] void Fail(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
-
 void MakeRaw(const std::string& device) {
   const FileDescriptor host_side(open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
-  if (!host_side) Fail(device);
+  if (!host_side) ThrowSystemError(device);
   termios settings{};
-  if (tcgetattr(host_side.Get(), &settings) != 0) Fail("tcgetattr");
+  if (tcgetattr(host_side.Get(), &settings) != 0) ThrowSystemError("tcgetattr");
   cfmakeraw(&settings);
-  if (tcsetattr(host_side.Get(), TCSANOW, &settings) != 0) Fail("tcsetattr");
+  if (tcsetattr(host_side.Get(), TCSANOW, &settings) != 0) ThrowSystemError("tcsetattr");
 }
 
 void Link(const std::string& device, const std::string& path) {
   struct stat found {};
   const bool is_link = lstat(path.c_str(), &found) == 0 && S_ISLNK(found.st_mode);
-  if (is_link && unlink(path.c_str()) != 0) Fail("unlink " + path);
-  if (symlink(device.c_str(), path.c_str()) != 0) Fail("symlink " + path);
+  if (is_link && unlink(path.c_str()) != 0) ThrowSystemError("unlink " + path);
+  if (symlink(device.c_str(), path.c_str()) != 0) ThrowSystemError("symlink " + path);
 }
 
 }  // namespace
@@ -41,11 +32,11 @@ void Link(const std::string& device, const std::string& path) {
 Terminal::Terminal(const std::string& path)
     : printer_side_(posix_openpt(O_RDWR | O_NOCTTY)), link_(path) {
   const int fd = printer_side_.Get();
-  if (fd < 0 || grantpt(fd) != 0 || unlockpt(fd) != 0) Fail("posix_openpt");
+  if (fd < 0 || grantpt(fd) != 0 || unlockpt(fd) != 0) ThrowSystemError("posix_openpt");
   fcntl(fd, F_SETFD, FD_CLOEXEC);
   SetNonBlocking(printer_side_);
   const char* device = ptsname(fd);
-  if (device == nullptr) Fail("ptsname");
+  if (device == nullptr) ThrowSystemError("ptsname");
   device_ = device;
   MakeRaw(device_);
   Link(device_, link_);
@@ -63,7 +54,7 @@ bool Terminal::HasHost() const {
 
 FileDescriptor Terminal::Connect() const {
   FileDescriptor copy(fcntl(printer_side_.Get(), F_DUPFD_CLOEXEC, 0));
-  if (!copy) Fail("fcntl");
+  if (!copy) ThrowSystemError("fcntl");
   return copy;
 }
 

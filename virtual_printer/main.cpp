@@ -3,6 +3,7 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <iostream>
 
 #include "virtual_printer/Options.h"
@@ -18,8 +19,10 @@ constexpr int kUsageError = 2;
 int stop_pipe[2] = {-1, -1};
 
 void Stop(int) {
+  const int saved = errno;
   const char byte = 0;
   (void)!write(stop_pipe[1], &byte, 1);
+  errno = saved;
 }
 
 bool CatchSignals() {
@@ -55,12 +58,12 @@ int Run(Options& options) {
   std::string error = path.empty() ? "" : VirtualPrinter::LoadState(path, family, records);
   if (!error.empty()) return Fail(path + ": " + error, 1);
 
+  if (!CatchSignals()) return Fail("no pipe for the signals", 1);
   VirtualPrinter::Trace trace(options.trace ? &std::cerr : nullptr);
   VirtualPrinter::Printer printer(options.setup, records, options.faults, trace);
   VirtualPrinter::Server server(options.listen, options.snmp_port, options.raw_port, printer,
                                 options.faults, trace);
   if (!options.local_path.empty()) server.OfferLocalPort(options.local_path);
-  if (!CatchSignals()) return Fail("no pipe for the signals", 1);
   TellReady(options, server);
   server.Run(stop_pipe[0]);
   error = printer.SaveState();

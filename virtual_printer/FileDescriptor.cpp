@@ -1,0 +1,20 @@
+// An owned file descriptor, and what every kind of it needs.
+#include "virtual_printer/FileDescriptor.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace VirtualPrinter {
+
+void ThrowSystemError(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+void SetNonBlocking(const FileDescriptor& file) {
+  const int flags = fcntl(file.Get(), F_GETFL);
+  if (flags < 0 || fcntl(file.Get(), F_SETFL, flags | O_NONBLOCK) != 0) ThrowSystemError("fcntl");
+}
+
+}  // namespace VirtualPrinter
