@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/virtual_printer/TestPrinter.h"
 
 namespace VirtualPrinter {
@@ -10,9 +12,9 @@ namespace {
 
 std::string Parse(std::vector<std::string> arguments, Options& options) {
   arguments.insert(arguments.begin(), "virtual-printer");
-  std::vector<char*> pointers;
-  for (auto& argument : arguments) pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
+  std::vector<char*> pointers(arguments.size() + 1);
+  std::transform(arguments.begin(), arguments.end(), pointers.begin(),
+                 [](std::string& argument) { return argument.data(); });
   return ParseOptions(static_cast<int>(arguments.size()), pointers.data(), options);
 }
 

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -211,12 +212,10 @@ TEST(Printer, ListsThreeNames) {
 TEST(Printer, Initializes) {
   TestPrinter printer(kPlain);
   std::vector<std::string> factory;
-  for (const char* slot : {"01", "02", "1E"}) {
-    for (const char* layout : {"00", "80"}) {
-      factory.push_back(printer.Ex(kRead + "37" + slot + layout));
-      const std::string data = Repeat("33", std::string(layout) == "80" ? kBlock : 16 + kNameSize);
-      printer.Ex(kWrite + "37" + slot + layout + data);
-    }
+  for (const std::string head : {"370100", "370180", "370200", "370280", "371E00", "371E80"}) {
+    factory.push_back(printer.Ex(kRead + head));
+    const bool is_block = head.substr(4) == "80";
+    printer.Ex(kWrite + head + Repeat("33", is_block ? kBlock : 16 + kNameSize));
   }
   EXPECT_EQ(factory[0].substr(47), "00" + kBlankName + ";");  // not registered, no name
   EXPECT_EQ(printer.Ex(kInitialize + "379E"), "EX:0000001EOK;");
@@ -337,11 +336,19 @@ TEST_F(State, KeepsWhatWasMadePermanentOnly) {
 }
 
 TEST_F(State, RefusesToSaveWhereItCannot) {
-  TestPrinter printer(MakeSetup(kPlain, directory_ + "/none/state"));
+  const std::string place = directory_ + "/later";
+  const PrinterSetup setup = MakeSetup(kPlain, place + "/state");
+  TestPrinter printer(setup);
   printer.Ex(kWrite + "370200" + Repeat("21", 16));
   testing::internal::CaptureStderr();
   EXPECT_EQ(printer.Ask(kSave), "SV:NA;");
   EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+  // What could not be saved then is not permanent later.
+  ASSERT_EQ(mkdir(place.c_str(), 0700), 0);
+  EXPECT_EQ(printer.printer.SaveState(), "");
+  EXPECT_EQ(TestPrinter(setup).Ex(kRead + "370200"), TestPrinter(kPlain).Ex(kRead + "370200"));
+  EXPECT_EQ(unlink(setup.state_path.c_str()), 0);
+  EXPECT_EQ(rmdir(place.c_str()), 0);
 }
 
 TEST_F(State, IsReadWholeOrNotAtAll) {

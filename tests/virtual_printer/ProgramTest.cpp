@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -28,9 +29,9 @@ class Program {
     const FileDescriptor output_end(output[1]);
     const FileDescriptor error_end(error[1]);
     arguments.insert(arguments.begin(), VIRTUAL_PRINTER_PROGRAM);
-    std::vector<char*> pointers;
-    for (auto& argument : arguments) pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
+    std::vector<char*> pointers(arguments.size() + 1);
+    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
+                   [](std::string& argument) { return argument.data(); });
     process_ = fork();
     if (process_ == 0) {
       dup2(output[1], STDOUT_FILENO);

@@ -231,6 +231,38 @@ TEST(SnmpAgent, TellsWhenTheAnswerIsTooBig) {
                              Repeat(Element("30", objects[0] + "0500"), objects.size())));
 }
 
+TEST(SnmpAgent, EchoesTheRequestId) {
+  struct IdCase {
+    const char* asked;
+    const char* answered;
+    const char* next;  // by the fault
+  };
+  const IdCase cases[] = {
+      {"020100", "020100", "020101"},
+      {"02017F", "02017F", "02020080"},
+      {"02020080", "02020080", "02020081"},
+      {"02020002", "020102", "020103"},  // not in its shortest form
+      {"0201FF", "0201FF", "020100"},
+      {"020180", "020180", "020181"},
+      {"0202FF7F", "0202FF7F", "020180"},
+      {"02047FFFFFFF", "02047FFFFFFF", "020480000000"},
+      {"020480000000", "020480000000", "020480000001"},
+  };
+  const std::string binding = Element("30", kSysDescr + "040E" + ToHex(ToBytes("QM-R410 Series")));
+  for (const auto& row : cases) {
+    const std::string pdu =
+        std::string(row.asked) + "020100020100" + Element("30", Element("30", kSysDescr + "0500"));
+    const std::string head = "020100" + Element("04", kPublic);
+    TestAgent agent({"wrong-id=1"});
+    for (const auto* id : {row.next, row.answered}) {
+      const std::string answer = id + std::string("020100020100") + Element("30", binding);
+      EXPECT_EQ(agent.Get(Element("30", head + Element("A0", pdu))),
+                Element("30", head + Element("A2", answer)))
+          << row.asked;
+    }
+  }
+}
+
 TEST(SnmpAgent, PlaysFaults) {
   struct FaultCase {
     std::vector<std::string> faults;
