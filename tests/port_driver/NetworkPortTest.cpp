@@ -19,13 +19,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-// Options for tests in which the printer does what is waited for.
-constexpr const char* kPatient = "timeout=20000&retries=0";
-// Options for tests in which it does not.
-constexpr const char* kBrief = "timeout=20&retries=1";
-
-NetworkPort MakePort(uint16_t port, const std::string& options,
-                     const std::string& host = "127.0.0.1") {
+NetworkPort MakePort(uint16_t port, const char* options, const std::string& host = "127.0.0.1") {
   return NetworkPort(
       DeviceURI::Parse("socket://" + host + ":" + std::to_string(port) + "?" + options));
 }

@@ -17,6 +17,11 @@
 
 namespace ZIOP {
 
+// Options of device URIs for tests in which the printer does what is waited for, so that the wait
+// never decides the result, and for tests in which it does not.
+constexpr const char* kPatient = "timeout=20000&retries=0";
+constexpr const char* kBrief = "timeout=20&retries=2";
+
 // A socket bound to the loopback address of family (AF_INET or AF_INET6); port 0 takes a free one.
 FileDescriptor BindLoopback(int family, int type, uint16_t port = 0);
 uint16_t PortOf(const FileDescriptor& socket);

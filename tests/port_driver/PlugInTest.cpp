@@ -156,7 +156,8 @@ TEST(PlugInTest, ListsNothingWithoutPrinters) {
 TEST(ExamplePlugInTest, IsAWholePlugIn) {
   LoadedPlugIn plugin(EXAMPLE_BUNDLE);
   ZIOPortInfoInterface* info = plugin.GetPortInfo();
-  EXPECT_EQ(info->table->initialise(info, ZIO_INTERFACE_VERSION, WithPrinters("<array/>").get()), 0);
+  EXPECT_EQ(info->table->initialise(info, ZIO_INTERFACE_VERSION, WithPrinters("<array/>").get()),
+            0);
   const CFDictionaryRef record = RecordAt(info->table->getList(info), 0);
   EXPECT_EQ(Describe(record), "Example printer|Example|example:1|1");
 
