@@ -35,7 +35,7 @@ class NetworkDouble : public PrinterDouble {
  private:
   std::string status_;
   UdpPeer snmp_{[this](const std::string& request, int) {
-    return std::vector{AnswerTo(request, Element(0x04, status_), status_.empty() ? 2 : 0)};
+    return std::vector{AnswerTo(request, Element(status_.empty() ? 0x05 : 0x04, status_))};
   }};
   TcpPeer raw_{[](int connection, int) {
     if (ReadExactly(connection, 4) == "ping") {

@@ -17,8 +17,6 @@
 namespace ZIOP {
 namespace {
 
-using std::string_literals::operator""s;
-
 NetworkPort MakePort(uint16_t port, const char* options, const std::string& host = "127.0.0.1") {
   return NetworkPort(
       DeviceURI::Parse("socket://" + host + "?snmp=" + std::to_string(port) + "&" + options));
@@ -212,34 +210,6 @@ TEST(SnmpExchangeTest, NamesAreResolvedWithinBounds) {
   EXPECT_FALSE(ResolveHost("localhost", late, waiter).empty());
   waiter.Cancel();
   EXPECT_THROW(ResolveHost("localhost", late, waiter), DriverError);
-}
-
-TEST(SnmpExchangeTest, Status) {
-  const struct {
-    const char* what;
-    std::string value;
-    char errorStatus;
-    std::string status;
-  } kRows[] = {
-      {"text", Element(0x04, "text"), 0, "text"},
-      {"zero bytes", Element(0x04, "\0\r\n"s), 0, "\0\r\n"s},
-      {"error", Element(0x04, "text"), 2, Failure(DriverCode::kPrinter)},
-      {"no text", Element(0x05, ""), 0, Failure(DriverCode::kPrinter)},
-  };
-  for (const auto& row : kRows) {
-    UdpPeer peer([&](const std::string& request, int) {
-      return std::vector{AnswerTo(request, row.value, row.errorStatus)};
-    });
-    NetworkPort port = MakePort(peer.port(), kPatient);
-    port.Open();
-    std::string status;
-    try {
-      status = port.Status();
-    } catch (const DriverError& error) {
-      status = Failure(error.code());
-    }
-    EXPECT_EQ(status, row.status) << row.what;
-  }
 }
 
 }  // namespace

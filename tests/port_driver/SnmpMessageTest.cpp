@@ -12,6 +12,7 @@
 namespace ZIOP {
 namespace {
 
+// NOLINTNEXTLINE(misc-unused-using-decls): it is used
 using std::string_literals::operator""s;
 
 // Reads bytes from a block of exactly their size and checks that what comes back lies inside.

@@ -58,15 +58,13 @@ inline std::string SampleAnswer(std::size_t size) {
 }
 
 // The answer to request, same request-id and name, with an element as its value.
-inline std::string AnswerTo(const std::string& request, const std::string& value,
-                            char error_status = 0) {
+inline std::string AnswerTo(const std::string& request, const std::string& value) {
   const auto asked = ReadSnmpMessage(request).value();
   SnmpSample sample;
   sample.id.clear();
   for (int shift = 24; shift >= 0; shift -= 8) {
     sample.id += static_cast<char>(asked.requestId >> shift);
   }
-  sample.errorStatus = std::string(1, error_status);
   sample.name = asked.name;
   sample.value = value;
   return sample.Bytes();
