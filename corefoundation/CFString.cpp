@@ -117,9 +117,12 @@ CFIndex CFStringGetLength(CFStringRef string) {
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
                          UInt8 loss_byte, Boolean /*is_external_representation*/, UInt8* buffer,
                          CFIndex capacity, CFIndex* used) {
-  std::u16string_view text = ObjectOf<String>(string).units();
-  text = text.substr(static_cast<std::size_t>(range.location));
-  text = text.substr(0, static_cast<std::size_t>(range.length));
+  const std::u16string& units = ObjectOf<String>(string).units();
+  const auto length = static_cast<CFIndex>(units.size());
+  if (range.location < 0 || range.location > length) return 0;
+  if (range.length < 0 || range.length > length - range.location) return 0;
+  const std::u16string_view text(units.data() + range.location,
+                                 static_cast<std::size_t>(range.length));
   std::string bytes;
   std::size_t done = 0;
   while (done < text.size()) {

@@ -11,7 +11,7 @@ namespace CoreFoundation {
 
 FolderLock::FolderLock(const std::string& folder)
     : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-  constexpr std::chrono::seconds kPatience{2};
+  constexpr std::chrono::seconds kPatience{5};
   constexpr std::chrono::milliseconds kPause{5};
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
   while (folder_.IsOpen() && flock(folder_.get(), LOCK_EX | LOCK_NB) != 0) {

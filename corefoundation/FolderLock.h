@@ -10,7 +10,7 @@ namespace CoreFoundation {
 
 class FolderLock {
  public:
-  // Waits for the lock at most 2 s; goes on without it then, and where the file system has none.
+  // Waits for the lock at most 5 s; goes on without it then, and where the file system has none.
   explicit FolderLock(const std::string& folder);
 
  private:

@@ -76,12 +76,21 @@ class CFRef {
 // The type that CFGetTypeID answers for objects behind the reference type T.
 template <typename T>
 CFTypeID CFTypeIDOf() {
-  if constexpr (std::is_same_v<T, CFStringRef>) return CFStringGetTypeID();
-  if constexpr (std::is_same_v<T, CFDataRef>) return CFDataGetTypeID();
-  if constexpr (std::is_same_v<T, CFNumberRef>) return CFNumberGetTypeID();
-  if constexpr (std::is_same_v<T, CFBooleanRef>) return CFBooleanGetTypeID();
-  if constexpr (std::is_same_v<T, CFArrayRef>) return CFArrayGetTypeID();
-  if constexpr (std::is_same_v<T, CFDictionaryRef>) return CFDictionaryGetTypeID();
+  if constexpr (std::is_same_v<T, CFStringRef>) {
+    return CFStringGetTypeID();
+  } else if constexpr (std::is_same_v<T, CFDataRef>) {
+    return CFDataGetTypeID();
+  } else if constexpr (std::is_same_v<T, CFNumberRef>) {
+    return CFNumberGetTypeID();
+  } else if constexpr (std::is_same_v<T, CFBooleanRef>) {
+    return CFBooleanGetTypeID();
+  } else if constexpr (std::is_same_v<T, CFArrayRef>) {
+    return CFArrayGetTypeID();
+  } else if constexpr (std::is_same_v<T, CFDictionaryRef>) {
+    return CFDictionaryGetTypeID();
+  } else {
+    static_assert(!std::is_same_v<T, T>, "no property-list class");
+  }
 }
 
 // object as a T when it is one, else null; null for null. Adds no owner.

@@ -60,7 +60,7 @@ union Immortal {
   constexpr explicit Immortal(Arguments... arguments) : object(arguments...) {}
   Immortal(const Immortal&) = delete;
   Immortal& operator=(const Immortal&) = delete;
-  ~Immortal() {}  // NOLINT(modernize-use-equals-default): would be deleted
+  ~Immortal() {}
 
   T object;
 };

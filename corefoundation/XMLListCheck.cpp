@@ -104,7 +104,7 @@ class Walk {
     if (IsContainer(name)) {
       if (empty) return true;
       open_.push_back({name, 0});
-      return open_.size() <= kMaximumListDepth;
+      return open_.size() - (open_.front().name == "plist" ? 1 : 0) <= kMaximumListDepth;
     }
     return IsLeaf(name) && (empty || TakeContent(name));
   }

@@ -155,6 +155,7 @@ TEST(PropertyList, BoundsTheDepth) {
   for (const auto& test : cases) {
     const std::string plain = Repeat("<array>", test.depth) + Repeat("</array>", test.depth);
     EXPECT_EQ(static_cast<bool>(Parse(plain)), test.taken) << test.depth;
+    EXPECT_EQ(static_cast<bool>(Parse("<plist>" + plain + "</plist>")), test.taken) << test.depth;
   }
   const std::string deep = Repeat("<array>", 100000);
   // Constructs that hide tags from a reader that takes their ends elsewhere.
@@ -172,7 +173,7 @@ TEST(PropertyList, BoundsTheDepth) {
     CFArrayAppendValue(outer.get(), nested.get());
     nested = outer;
     if (depth >= 512) {
-      EXPECT_EQ(Written(nested.get()).empty(), depth == 513);
+      EXPECT_EQ(static_cast<bool>(Parse(Written(nested.get()))), depth == 512);
     }
   }
 }

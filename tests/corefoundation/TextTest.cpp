@@ -145,6 +145,10 @@ TEST(String, GivesBytesOfARange) {
       {{0, 4}, kShiftJIS, '?', 2, 1, "a"},
       {{0, 4}, kCFStringEncodingASCII, '.', 9, 4, "a..."},
       {{4, 0}, kUTF8, 0, 9, 0, ""},
+      {{3, 2}, kUTF8, 0, 9, 0, nullptr},
+      {{5, 0}, kUTF8, 0, 9, 0, nullptr},
+      {{-1, 2}, kUTF8, 0, 9, 0, nullptr},
+      {{1, -1}, kUTF8, 0, 9, 0, nullptr},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(&test - cases);
@@ -153,6 +157,7 @@ TEST(String, GivesBytesOfARange) {
     EXPECT_EQ(CFStringGetBytes(string.get(), test.range, test.encoding, test.loss_byte, 0,
                                reinterpret_cast<UInt8*>(buffer.data()), test.capacity, &used),
               test.units);
+    if (test.bytes == nullptr) continue;  // outside the string
     const std::string expected = test.bytes;
     EXPECT_EQ(used, static_cast<CFIndex>(expected.size()));
     EXPECT_EQ(Hex(buffer), Hex(expected + std::string(9 - expected.size(), '#')));

@@ -24,7 +24,7 @@ CF_EXPORT CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringR
 
 // Writes what was set since the last time, and keeps the other keys that the file holds; the file
 // is replaced as a whole, readable by the user alone. False when it cannot be written: the values
-// stay visible in this process and the next call tries again. Waits for other writers at most 2 s.
+// stay visible in this process and the next call tries again. Waits for other writers at most 5 s.
 CF_EXPORT Boolean CFPreferencesAppSynchronize(CFStringRef application);
 
 CF_EXTERN_C_END

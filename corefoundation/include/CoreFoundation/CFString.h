@@ -36,11 +36,11 @@ CF_EXPORT CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const 
 // In UTF-16 units.
 CF_EXPORT CFIndex CFStringGetLength(CFStringRef string);
 
-// Converts the units of range, which must lie inside the string, and returns how many of them were
-// converted: up to the first that encoding cannot express, unless loss_byte is not 0 and stands for
-// such characters, or the first whose bytes do not fit into capacity. buffer may be null, which
-// converts without a bound; *used (may be null) gets the number of bytes. No terminator and no
-// byte-order mark are written.
+// Converts the units of range, which must lie inside the string (0 else), and returns how many of
+// them were converted: up to the first that encoding cannot express, unless loss_byte is not 0 and
+// stands for such characters, or the first whose bytes do not fit into capacity. buffer may be
+// null, which converts without a bound; *used (may be null) gets the number of bytes. No terminator
+// and no byte-order mark are written.
 CF_EXPORT CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
                                    UInt8 loss_byte, Boolean is_external_representation,
                                    UInt8* buffer, CFIndex capacity, CFIndex* used);
