@@ -45,10 +45,23 @@ bool IsStandard(const ObjectId& object) {
          object == kPpmPrinterIeee1284DeviceId;
 }
 
-bool MayRead(const SnmpRequest& request) {
-  if (request.community == kCommandCommunity) return true;
-  return request.community == kPublicCommunity &&
-         std::all_of(request.objects.begin(), request.objects.end(), IsStandard);
+bool IsKnown(const std::string& community) {
+  return community == kCommandCommunity || community == kPublicCommunity;
+}
+
+/// Whether the object exists for this community: to the public one only the standard objects do.
+bool Exists(const ObjectId& object, const std::string& community) {
+  if (IsStandard(object)) return true;
+  return community == kCommandCommunity && (object == kStatus || CommandOf(object));
+}
+
+/// The position of the first object that does not exist, counted from 1; 0 if all do.
+std::int32_t FirstUnknown(const SnmpRequest& request) {
+  const auto unknown = std::find_if(
+      request.objects.begin(), request.objects.end(),
+      [&request](const ObjectId& object) { return !Exists(object, request.community); });
+  if (unknown == request.objects.end()) return 0;
+  return static_cast<std::int32_t>(unknown - request.objects.begin()) + 1;
 }
 
 SnmpResponse Refusal(const SnmpRequest& request, SnmpError error, std::int32_t index) {
@@ -68,9 +81,9 @@ std::string DeviceId(const Printer& printer) {
 
 std::optional<Bytes> SnmpAgent::Answer(const Bytes& datagram) {
   const auto request = ParseSnmpRequest(datagram);
-  if (!request || !MayRead(*request)) {
+  if (!request || !IsKnown(request->community)) {
     trace_.Write(Port::kSnmp, "ignored", datagram,
-                 request ? "community may not read this" : "not a version-1 GetRequest");
+                 request ? "unknown community" : "not a version-1 GetRequest");
     return std::nullopt;
   }
   if (faults_.LosesRequest()) {
@@ -87,16 +100,8 @@ std::optional<Bytes> SnmpAgent::Answer(const Bytes& datagram) {
   return answer;
 }
 
-std::int32_t SnmpAgent::FirstUnknown(const std::vector<ObjectId>& objects) const {
-  const auto unknown = std::find_if(objects.begin(), objects.end(), [](const ObjectId& object) {
-    return !IsStandard(object) && object != kStatus && !CommandOf(object);
-  });
-  if (unknown == objects.end()) return 0;
-  return static_cast<std::int32_t>(unknown - objects.begin()) + 1;
-}
-
 SnmpResponse SnmpAgent::Respond(const SnmpRequest& request) {
-  if (const std::int32_t unknown = FirstUnknown(request.objects); unknown != 0) {
+  if (const std::int32_t unknown = FirstUnknown(request); unknown != 0) {
     return Refusal(request, SnmpError::kNoSuchName, unknown);
   }
   SnmpResponse response{request.community, request.request_id, SnmpError::kNone, 0, {}};

@@ -23,12 +23,11 @@ class SnmpAgent {
       : printer_(printer), faults_(faults), trace_(trace) {}
 
   /// The answer to a datagram, or nothing if it gets none: it is no version-1 GetRequest, its
-  /// community may not read the objects, or a fault takes it away. No command is carried out when
-  /// one of the objects does not exist.
+  /// community is neither "orchid" nor "public", or a fault takes it away. To "public" only the
+  /// standard objects exist. No command is carried out when one of the objects does not exist.
   std::optional<Bytes> Answer(const Bytes& datagram);
 
  private:
-  std::int32_t FirstUnknown(const std::vector<ObjectId>& objects) const;
   Bytes Value(const ObjectId& object);
   SnmpResponse Respond(const SnmpRequest& request);
   void Distort(SnmpResponse& response);
