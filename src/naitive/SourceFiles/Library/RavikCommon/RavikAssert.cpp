@@ -1,4 +1,6 @@
-// The platform's assertion report.
+// The platform's assertion report, in every kind of build.
+#undef NDEBUG  // the C library declares its assertion-failure function without it only
+
 #include "Library/RavikCommon/RavikAssert.h"
 
 #include <cassert>
