@@ -184,10 +184,3 @@ CFStringEncoding CFStringConvertNSStringEncodingToEncoding(unsigned long encodin
   if (encoding == kShiftJIS) return kCFStringEncodingDOSJapanese;
   return kCFStringEncodingInvalidId;
 }
-
-CFComparisonResult CFStringCompare(CFStringRef left, CFStringRef right,
-                                   CFStringCompareFlags /*options*/) {
-  const int order = ObjectOf<String>(left).units().compare(ObjectOf<String>(right).units());
-  if (order == 0) return kCFCompareEqualTo;
-  return order < 0 ? kCFCompareLessThan : kCFCompareGreaterThan;
-}

@@ -17,10 +17,6 @@ using CoreFoundation::RefTo;
 using CoreFoundation::String;
 using CoreFoundation::URL;
 
-CFTypeID CFURLGetTypeID(void) {
-  return static_cast<CFTypeID>(CoreFoundation::Type::kURL);
-}
-
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef /*allocator*/, CFStringRef path,
                                        CFURLPathStyle style, Boolean /*is_directory*/) {
   const auto& text = ObjectOf<String>(path);

@@ -52,10 +52,6 @@ using CoreFoundation::RefTo;
 using CoreFoundation::UUID;
 using CoreFoundation::UUIDBytes;
 
-CFTypeID CFUUIDGetTypeID(void) {
-  return static_cast<CFTypeID>(CoreFoundation::Type::kUUID);
-}
-
 CFUUIDRef CFUUIDCreateFromString(CFAllocatorRef /*allocator*/, CFStringRef text) {
   if (text == nullptr || CFStringGetLength(text) == 0) return nullptr;
   const auto& units = CoreFoundation::ObjectOf<CoreFoundation::String>(text).units();

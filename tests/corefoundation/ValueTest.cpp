@@ -205,8 +205,7 @@ TEST(Dictionary, FindsByValueAndOwns) {
 
 TEST(Object, TypesDiffer) {
   const CFTypeID types[] = {CFStringGetTypeID(),  CFDataGetTypeID(),  CFNumberGetTypeID(),
-                            CFBooleanGetTypeID(), CFArrayGetTypeID(), CFDictionaryGetTypeID(),
-                            CFUUIDGetTypeID(),    CFURLGetTypeID()};
+                            CFBooleanGetTypeID(), CFArrayGetTypeID(), CFDictionaryGetTypeID()};
   for (const CFTypeID& left : types) {
     for (const CFTypeID& right : types) EXPECT_EQ(left == right, &left == &right);
   }

@@ -67,12 +67,6 @@ static inline CFRange CFRangeMake(CFIndex location, CFIndex length) {
   return range;
 }
 
-typedef enum CFComparisonResult {
-  kCFCompareLessThan = -1,
-  kCFCompareEqualTo = 0,
-  kCFCompareGreaterThan = 1
-} CFComparisonResult;
-
 // Allocators are passed on to plug-in factories; objects always come from the C++ heap.
 // kCFAllocatorDefault is null.
 CF_EXPORT const CFAllocatorRef kCFAllocatorDefault;

@@ -18,8 +18,6 @@ enum {
   kCFStringEncodingUTF16LE = 0x14000100
 };
 
-typedef CFOptionFlags CFStringCompareFlags;
-
 // A constant string of an ASCII or UTF-8 literal: equal literals give one object, which lives as
 // long as the process and need not be released.
 #define CFSTR(literal) __CFStringMakeConstantString("" literal "")
@@ -64,10 +62,6 @@ CF_EXPORT CFStringEncoding CFStringGetSystemEncoding(void);
 // The encoding of a Foundation encoding number, 8 (Shift-JIS) for one; kCFStringEncodingInvalidId
 // for those that have none here.
 CF_EXPORT CFStringEncoding CFStringConvertNSStringEncodingToEncoding(unsigned long encoding);
-
-// Order by UTF-16 units; options must be 0.
-CF_EXPORT CFComparisonResult CFStringCompare(CFStringRef left, CFStringRef right,
-                                             CFStringCompareFlags options);
 
 CF_EXTERN_C_END
 

@@ -9,8 +9,6 @@ CF_EXTERN_C_BEGIN
 typedef CFIndex CFURLPathStyle;
 enum { kCFURLPOSIXPathStyle = 0 };
 
-CF_EXPORT CFTypeID CFURLGetTypeID(void);
-
 // Null for empty text and for another style than POSIX.
 CF_EXPORT CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef allocator, CFStringRef path,
                                                  CFURLPathStyle style, Boolean is_directory);

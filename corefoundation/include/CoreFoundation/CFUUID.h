@@ -26,8 +26,6 @@ typedef struct CFUUIDBytes {
   UInt8 byte15;
 } CFUUIDBytes;
 
-CF_EXPORT CFTypeID CFUUIDGetTypeID(void);
-
 // Reads up to 32 hexadecimal digits of either case, past any other characters, and fills missing
 // ones with zeros. Null for null or empty text alone.
 CF_EXPORT CFUUIDRef CFUUIDCreateFromString(CFAllocatorRef allocator, CFStringRef text);
