@@ -11,10 +11,10 @@
 
 namespace VirtualPrinter {
 
-/// Sub-identifiers of an object identifier, at least two.
+// Sub-identifiers of an object identifier, at least two.
 using ObjectId = std::vector<std::uint32_t>;
 
-/// Tags of X.690 and of RFC 1157.
+// Tags of X.690 and of RFC 1157.
 enum BerTag : std::uint8_t {
   kBerInteger = 0x02,
   kBerOctetString = 0x04,
@@ -25,9 +25,9 @@ enum BerTag : std::uint8_t {
   kSnmpGetResponse = 0xA2,
 };
 
-/// A cursor over encoded elements that never leaves its bounds. It does not own the bytes. Every
-/// Read… leaves the cursor where it stood when it fails. Lengths are read in the definite forms
-/// with up to four length octets; the indefinite form fails.
+// A cursor over encoded elements that never leaves its bounds. It does not own the bytes. Every
+// Read… leaves the cursor where it stood when it fails. Lengths are read in the definite forms
+// with up to four length octets; the indefinite form fails.
 class BerReader {
  public:
   BerReader() = default;
@@ -35,16 +35,16 @@ class BerReader {
 
   bool AtEnd() const { return at_ == end_; }
 
-  /// Reads one element with any low tag and its contents.
+  // Reads one element with any low tag and its contents.
   bool ReadAny(std::uint8_t& tag, BerReader& contents);
 
-  /// Reads one element that must carry `tag`.
+  // Reads one element that must carry `tag`.
   std::optional<BerReader> Read(std::uint8_t tag);
 
-  /// A two's complement INTEGER of one to four octets.
+  // A two's complement INTEGER of one to four octets.
   std::optional<std::int32_t> ReadInteger();
   std::optional<Bytes> ReadOctets();
-  /// Sub-identifiers must be in their shortest form and fit 32 bits.
+  // Sub-identifiers must be in their shortest form and fit 32 bits.
   std::optional<ObjectId> ReadObjectId();
 
  private:
@@ -56,7 +56,7 @@ class BerReader {
   const std::uint8_t* end_ = nullptr;
 };
 
-/// Encodes one element, its length in the shortest form.
+// Encodes one element, its length in the shortest form.
 Bytes BerElement(std::uint8_t tag, const Bytes& contents);
 Bytes BerEncodeInteger(std::int32_t value);
 Bytes BerEncodeOctets(const Bytes& octets);

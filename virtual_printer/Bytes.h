@@ -17,12 +17,12 @@ void Append(Bytes& to, std::string_view text);
 void Append(Bytes& to, const Bytes& bytes);
 Bytes ToBytes(std::string_view text);
 
-/// Two upper-case digits a byte, no separators.
+// Two upper-case digits a byte, no separators.
 std::string ToHex(const std::uint8_t* bytes, std::size_t size);
 std::string ToHex(const Bytes& bytes);
 std::string ToHex(std::uint8_t byte);
 
-/// Reads digits of either case; nothing for an odd number of them or for any other character.
+// Reads digits of either case; nothing for an odd number of them or for any other character.
 std::optional<Bytes> FromHex(std::string_view text);
 
 }  // namespace VirtualPrinter

@@ -17,7 +17,7 @@ struct CommandRow {
   std::string_view description;
 };
 
-/// Keeps the zero bytes of a literal.
+// Keeps the zero bytes of a literal.
 template <std::size_t N>
 constexpr std::string_view Format(const char (&literal)[N]) {
   return {literal, N - 1};

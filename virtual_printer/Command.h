@@ -39,12 +39,12 @@ struct Command {
   Bytes variable;
 };
 
-/// Takes one whole command apart. The kind is unknown when name or format are, or when the length
-/// field differs from what follows it.
+// Takes one whole command apart. The kind is unknown when name or format are, or when the length
+// field differs from what follows it.
 Command ParseCommand(const Bytes& bytes);
 
-/// One line for a trace: what the command asks for and its fields; of a record write the settings
-/// that it changes.
+// One line for a trace: what the command asks for and its fields; of a record write the settings
+// that it changes.
 std::string DescribeCommand(const Family& family, const Bytes& bytes);
 
 }  // namespace VirtualPrinter

@@ -31,33 +31,33 @@ enum class FaultKind {
 };
 constexpr std::size_t kFaultKinds = 13;
 
-/// An oversized answer carries a reply padded to this many bytes.
+// An oversized answer carries a reply padded to this many bytes.
 constexpr std::size_t kOversizedReply = 600;
 
 class Faults {
  public:
-  /// Adds a fault as it is written on the command line, KIND or KIND=VALUE. Answers an empty text,
-  /// or what is wrong with it.
+  // Adds a fault as it is written on the command line, KIND or KIND=VALUE. Answers an empty text,
+  // or what is wrong with it.
   std::string Add(std::string_view text);
 
-  /// Whether the request that has just arrived is lost (drop, loss).
+  // Whether the request that has just arrived is lost (drop, loss).
   bool LosesRequest();
 
-  /// Whether the fault strikes now; one with a number of times is used up by that.
+  // Whether the fault strikes now; one with a number of times is used up by that.
   bool Strikes(FaultKind kind);
 
   std::chrono::milliseconds Delay() const;
 
-  /// Replaces the whole status text.
+  // Replaces the whole status text.
   const std::optional<Bytes>& StatusText() const { return status_text_; }
 
-  /// Pads a reply that shall be oversized.
+  // Pads a reply that shall be oversized.
   void Pad(Bytes& reply);
 
-  /// Turns an answer to garbage and cuts it short, as asked for.
+  // Turns an answer to garbage and cuts it short, as asked for.
   void Spoil(Bytes& answer);
 
-  /// A table of the faults for a help text, one a line.
+  // A table of the faults for a help text, one a line.
   static std::string Help();
 
  private:

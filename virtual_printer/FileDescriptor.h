@@ -9,7 +9,7 @@
 
 namespace VirtualPrinter {
 
-/// Closes its descriptor when it goes; a negative one is none.
+// Closes its descriptor when it goes; a negative one is none.
 class FileDescriptor {
  public:
   FileDescriptor() = default;
@@ -32,10 +32,10 @@ class FileDescriptor {
   int fd_ = -1;
 };
 
-/// Throws the failure that errno tells as std::system_error; `what` names the failing call.
+// Throws the failure that errno tells as std::system_error; `what` names the failing call.
 [[noreturn]] void ThrowSystemError(const std::string& what);
 
-/// Throws std::system_error.
+// Throws std::system_error.
 void SetNonBlocking(const FileDescriptor& file);
 
 }  // namespace VirtualPrinter

@@ -9,16 +9,16 @@
 
 namespace VirtualPrinter {
 
-/// One setting byte of a record. Layouts 0 and 1 show the same byte under their own names; null
-/// where a layout ends before it.
+// One setting byte of a record. Layouts 0 and 1 show the same byte under their own names; null
+// where a layout ends before it.
 struct Setting {
   const char* name_in_layout0;
   const char* name_in_layout1;
   std::uint8_t factory;
 };
 
-/// How a record crosses the wire: its settings, flag and name field by field, or, without
-/// settings, one opaque block.
+// How a record crosses the wire: its settings, flag and name field by field, or, without
+// settings, one opaque block.
 struct Layout {
   std::uint8_t version;
   std::size_t settings;
@@ -36,10 +36,10 @@ struct Family {
   std::size_t layout_count;
 };
 
-/// Null for a name that no printer bears. Names are compared whole and case-sensitively.
+// Null for a name that no printer bears. Names are compared whole and case-sensitively.
 const Family* FindFamily(std::string_view device_name);
 
-/// Null for a layout version that the family does not know.
+// Null for a layout version that the family does not know.
 const Layout* FindLayout(const Family& family, std::uint8_t version);
 
 const char* SettingName(const Family& family, const Layout& layout, std::size_t index);

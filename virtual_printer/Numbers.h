@@ -9,7 +9,7 @@
 
 namespace VirtualPrinter {
 
-/// Digits alone, no greater than `limit`.
+// Digits alone, no greater than `limit`.
 inline std::optional<std::uint32_t> ParseNumber(std::string_view text, std::uint32_t limit) {
   std::uint32_t number = 0;
   const char* end = text.data() + text.size();

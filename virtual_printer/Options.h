@@ -21,7 +21,7 @@ struct Options {
   bool help = false;  // the other members may be incomplete
 };
 
-/// Reads the arguments of `main`. Answers an empty text, or what is wrong with them.
+// Reads the arguments of `main`. Answers an empty text, or what is wrong with them.
 std::string ParseOptions(int argc, char* const argv[], Options& options);
 
 std::string HelpText();

@@ -17,7 +17,7 @@ bool IsSlot(std::uint8_t number) {
   return number >= 1 && number <= kSlotCount;
 }
 
-/// The layout that a record command names, null unless device code and slot number fit as well.
+// The layout that a record command names, null unless device code and slot number fit as well.
 const Layout* AddressedLayout(const Family& family, const Bytes& variable) {
   if (variable.size() < kRecordHeadSize) return nullptr;
   if (variable[0] != family.device_code || !IsSlot(variable[1])) return nullptr;

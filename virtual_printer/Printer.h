@@ -23,23 +23,23 @@ struct PrinterSetup {
 
 class Printer {
  public:
-  /// Starts from `permanent`, the records that survived the last run. Faults and trace must outlive
-  /// the printer.
+  // Starts from `permanent`, the records that survived the last run. Faults and trace must outlive
+  // the printer.
   Printer(PrinterSetup setup, const RecordTable& permanent, Faults& faults, Trace& trace);
 
-  /// Carries out one command that came in at `port` and answers its reply. A refused command
-  /// changes nothing; its reply ends in "NA;" behind as much of the header as is known.
+  // Carries out one command that came in at `port` and answers its reply. A refused command
+  // changes nothing; its reply ends in "NA;" behind as much of the header as is known.
   Bytes Execute(Port port, const Bytes& command);
 
   Bytes StatusText() const;
   const std::string& Model() const { return setup_.model; }
   const std::string& Serial() const { return setup_.serial; }
 
-  /// Writes the permanent records to the state file. Answers an empty text, or what failed.
+  // Writes the permanent records to the state file. Answers an empty text, or what failed.
   std::string SaveState() const;
 
  private:
-  /// Each answers the reply behind the header, or nothing for a refusal.
+  // Each answers the reply behind the header, or nothing for a refusal.
   using Reply = std::optional<Bytes>;
   Reply Run(const Command& command);
   Reply WriteRecord(const Bytes& variable);

@@ -17,9 +17,9 @@ namespace VirtualPrinter {
 
 class RemoteStream {
  public:
-  /// Takes the next bytes of the stream and answers the commands that they complete. What stands
-  /// outside remote mode is skipped. Any other escape sequence between commands ends remote mode
-  /// as well.
+  // Takes the next bytes of the stream and answers the commands that they complete. What stands
+  // outside remote mode is skipped. Any other escape sequence between commands ends remote mode
+  // as well.
   std::vector<Bytes> Feed(const std::uint8_t* bytes, std::size_t size);
 
  private:

@@ -27,18 +27,18 @@ namespace VirtualPrinter {
 
 class Server {
  public:
-  /// Binds the network ports on a numeric address; port 0 is any free one. Printer, faults and
-  /// trace must outlive the server. Throws std::system_error.
+  // Binds the network ports on a numeric address; port 0 is any free one. Printer, faults and
+  // trace must outlive the server. Throws std::system_error.
   Server(const std::string& address, std::uint16_t snmp_port, std::uint16_t raw_port,
          Printer& printer, Faults& faults, Trace& trace);
 
   std::uint16_t SnmpPort() const;
   std::uint16_t RawPort() const;
 
-  /// Adds a local port, linked at `path`. Throws std::system_error.
+  // Adds a local port, linked at `path`. Throws std::system_error.
   void OfferLocalPort(const std::string& path);
 
-  /// Serves until `stop_fd` becomes readable.
+  // Serves until `stop_fd` becomes readable.
   void Run(int stop_fd);
 
  private:
@@ -60,7 +60,7 @@ class Server {
   void Answer(Id id, Connection& connection, const Bytes& command);
   void RemoveEnded();
 
-  /// Calls `send` once the delay has passed, twice if a fault asks for that.
+  // Calls `send` once the delay has passed, twice if a fault asks for that.
   void SendLater(const std::function<void()>& send);
   void SendDue();
 

@@ -20,7 +20,7 @@ const ObjectId kHrDeviceDescr = {1, 3, 6, 1, 2, 1, 25, 3, 2, 1, 3, 1};
 const ObjectId kHrDevicePrinter = {1, 3, 6, 1, 2, 1, 25, 3, 1, 5};
 const ObjectId kPpmPrinterIeee1284DeviceId = {1, 3, 6, 1, 4, 1, 2699, 1, 2, 1, 2, 1, 1, 3, 1};
 
-/// The command in an object identifier's payload; nothing if the payload's head disagrees with it.
+// The command in an object identifier's payload; nothing if the payload's head disagrees with it.
 std::optional<Bytes> CommandOf(const ObjectId& object) {
   const auto prefix_size = static_cast<std::ptrdiff_t>(kCommandPrefix.size());
   if (object.size() < kCommandPrefix.size() + kPayloadHeadSize) return std::nullopt;
@@ -49,13 +49,13 @@ bool IsKnown(const std::string& community) {
   return community == kCommandCommunity || community == kPublicCommunity;
 }
 
-/// Whether the object exists for this community: to the public one only the standard objects do.
+// Whether the object exists for this community: to the public one only the standard objects do.
 bool Exists(const ObjectId& object, const std::string& community) {
   if (IsStandard(object)) return true;
   return community == kCommandCommunity && (object == kStatus || CommandOf(object));
 }
 
-/// The position of the first object that does not exist, counted from 1; 0 if all do.
+// The position of the first object that does not exist, counted from 1; 0 if all do.
 std::int32_t FirstUnknown(const SnmpRequest& request) {
   const auto unknown = std::find_if(
       request.objects.begin(), request.objects.end(),

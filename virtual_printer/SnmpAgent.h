@@ -18,13 +18,13 @@ namespace VirtualPrinter {
 
 class SnmpAgent {
  public:
-  /// Printer, faults and trace must outlive the agent.
+  // Printer, faults and trace must outlive the agent.
   SnmpAgent(Printer& printer, Faults& faults, Trace& trace)
       : printer_(printer), faults_(faults), trace_(trace) {}
 
-  /// The answer to a datagram, or nothing if it gets none: it is no version-1 GetRequest, its
-  /// community is neither "orchid" nor "public", or a fault takes it away. To "public" only the
-  /// standard objects exist. No command is carried out when one of the objects does not exist.
+  // The answer to a datagram, or nothing if it gets none: it is no version-1 GetRequest, its
+  // community is neither "orchid" nor "public", or a fault takes it away. To "public" only the
+  // standard objects exist. No command is carried out when one of the objects does not exist.
   std::optional<Bytes> Answer(const Bytes& datagram);
 
  private:

@@ -32,7 +32,7 @@ struct SnmpResponse {
   std::vector<SnmpVariable> variables;
 };
 
-/// Nothing for a datagram that is not, byte for byte, one whole version-1 GetRequest.
+// Nothing for a datagram that is not, byte for byte, one whole version-1 GetRequest.
 std::optional<SnmpRequest> ParseSnmpRequest(const Bytes& datagram);
 
 Bytes EncodeSnmpResponse(const SnmpResponse& response);

@@ -35,7 +35,7 @@ std::string ToJson(const Family& family, const RecordTable& records) {
   return picojson::value(state).serialize(true);
 }
 
-/// The bytes of a hexadecimal member, if there are exactly `size` of them.
+// The bytes of a hexadecimal member, if there are exactly `size` of them.
 std::optional<Bytes> HexMember(const picojson::value& object, const char* key, std::size_t size) {
   const picojson::value& member = object.get(key);
   if (!member.is<std::string>()) return std::nullopt;

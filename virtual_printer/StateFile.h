@@ -11,12 +11,12 @@
 
 namespace VirtualPrinter {
 
-/// Reads the records of a printer of `family`. A file that does not exist leaves `records` alone
-/// and is no failure. Answers an empty text, or what is wrong; `records` is whole either way.
+// Reads the records of a printer of `family`. A file that does not exist leaves `records` alone
+// and is no failure. Answers an empty text, or what is wrong; `records` is whole either way.
 std::string LoadState(const std::string& path, const Family& family, RecordTable& records);
 
-/// Replaces the file at once as a whole: readers find the old one or the new one. Answers an empty
-/// text, or what is wrong.
+// Replaces the file at once as a whole: readers find the old one or the new one. Answers an empty
+// text, or what is wrong.
 std::string SaveState(const std::string& path, const Family& family, const RecordTable& records);
 
 }  // namespace VirtualPrinter

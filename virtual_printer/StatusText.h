@@ -17,7 +17,7 @@ namespace VirtualPrinter {
 constexpr std::size_t kSerialSize = 10;
 constexpr std::size_t kStatusTextMax = 256;
 
-/// The status of a printer that is ready; `serial` is padded with blanks or cut to ten characters.
+// The status of a printer that is ready; `serial` is padded with blanks or cut to ten characters.
 Bytes MakeStatusText(std::string_view serial);
 
 }  // namespace VirtualPrinter

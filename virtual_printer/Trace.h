@@ -23,7 +23,7 @@ enum class Port { kSnmp, kRaw, kLocal };
 
 class Trace {
  public:
-  /// Writes to `out`, which must outlive the trace; null writes nothing.
+  // Writes to `out`, which must outlive the trace; null writes nothing.
   explicit Trace(std::ostream* out) : out_(out) {}
 
   bool IsOn() const { return out_ != nullptr; }
