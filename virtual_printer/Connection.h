@@ -33,7 +33,7 @@ class Connection {
   void Send(const Bytes& bytes);
   void Flush();
 
-  // Closes it with RST instead of FIN.
+  // Closes a TCP connection with RST instead of FIN.
   void Reset();
 
   bool HasReceived() const { return has_received_; }

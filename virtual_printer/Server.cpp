@@ -129,11 +129,11 @@ void Server::AcceptLocal() {
 }
 
 void Server::Serve(Id id, Connection& connection) {
-  const bool is_first = !connection.HasReceived();
+  const bool may_reset = connection.Kind() == Port::kRaw && !connection.HasReceived();
   const Bytes received = connection.Receive();
   if (received.empty()) return;
   trace_.Write(connection.Kind(), "recv", received);
-  if (is_first && faults_.Strikes(FaultKind::kReset)) {
+  if (may_reset && faults_.Strikes(FaultKind::kReset)) {
     trace_.Write(connection.Kind(), "reset", {});
     connection.Reset();
     return;
