@@ -5,7 +5,7 @@
 #include <cstring>
 #include <new>
 
-#include "port_driver/PlugInRegistration.h"
+#include "corefoundation/Foundation.h"
 #include "port_driver/PortInfoInterface.h"
 #include "port_driver/PortInterface.h"
 
@@ -19,7 +19,6 @@ struct Instance {
 
   const IUnknownVTbl* table;
   std::atomic<ULONG> references{1};
-  PlugInRegistration registration;
 };
 
 ULONG AddRef(void* instance) noexcept {

@@ -1,10 +1,10 @@
 // Slots of the port-information interface.
 #include "port_driver/PortInfoInterface.h"
 
+#include "corefoundation/Foundation.h"
 #include "port_driver/ConfiguredPrinters.h"
 #include "port_driver/Diagnostics.h"
 #include "port_driver/FunctionTable.h"
-#include "port_driver/PlugInRegistration.h"
 
 namespace ZIOP {
 namespace {
@@ -20,7 +20,6 @@ class PortInfoInterface : public ZIOPortInfoInterface {
   CFDictionaryRef list() const { return list_.get(); }
 
  private:
-  PlugInRegistration registration_;
   CFRef<CFDictionaryRef> information_;  // from initialise to terminate
   CFRef<CFDictionaryRef> list_;         // what the last search found
 };

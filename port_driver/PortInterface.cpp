@@ -8,9 +8,9 @@
 #include <memory>
 #include <string_view>
 
+#include "corefoundation/Foundation.h"
 #include "port_driver/FunctionTable.h"
 #include "port_driver/NetworkPort.h"
-#include "port_driver/PlugInRegistration.h"
 
 namespace ZIOP {
 namespace {
@@ -44,7 +44,6 @@ class PortInterface : public ZIOPortInterface {
   NetworkPort& port();
   void ExchangeSnmp(ZIOSnmpExchange& block);
 
-  PlugInRegistration registration_;
   ZIOErrorCallback callback_ = nullptr;
   void* context_ = nullptr;
   std::unique_ptr<NetworkPort> port_;  // from initialise to terminate
