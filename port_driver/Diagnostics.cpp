@@ -1,7 +1,10 @@
 // Lines on standard error.
 #include "port_driver/Diagnostics.h"
 
-#include <cstdio>
+#include <poll.h>
+#include <unistd.h>
+
+#include <climits>
 
 namespace ZIOP {
 
@@ -20,7 +23,12 @@ std::string Printable(std::string_view text) {
 }
 
 void ReportLine(const std::string& line) {
-  std::fputs(("ZIOP: " + line + "\n").c_str(), stderr);
+  const std::string text = ("ZIOP: " + line).substr(0, PIPE_BUF - 1) + "\n";
+  pollfd standard_error{STDERR_FILENO, POLLOUT, 0};
+  if (::poll(&standard_error, 1, 0) == 1 && standard_error.revents == POLLOUT) {
+    // A line that cannot be written has nowhere else to go.
+    static_cast<void>(!::write(STDERR_FILENO, text.data(), text.size()));
+  }
 }
 
 }  // namespace ZIOP

@@ -11,7 +11,9 @@ namespace ZIOP {
 // as "\x" and two hexadecimal digits.
 std::string Printable(std::string_view text);
 
-// Writes one line, led by the driver's name, to standard error. line is printable.
+// Writes one line, led by the driver's name, to standard error, if somebody is there to take it at
+// once: a pipe that is full or has no reader costs the line, and neither blocks nor signals. line
+// is printable; what is longer than PIPE_BUF is cut off.
 void ReportLine(const std::string& line);
 
 }  // namespace ZIOP
