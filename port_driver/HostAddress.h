@@ -27,7 +27,8 @@ struct HostAddress {
 // Addresses of host in the order in which they are to be tried, at least one, without a port.
 // Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no bound
 // that a caller could rely on, so it works in a thread of its own, which is left to itself when the
-// deadline passes or the wait is cancelled. Throws DriverError.
+// deadline passes or the wait is cancelled: it shares nothing with its caller any more, and its
+// code stays loaded until the process ends. Throws DriverError.
 std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& deadline,
                                      Waiter& waiter);
 

@@ -63,9 +63,14 @@ std::size_t NetworkPort::Read(char* buffer, std::size_t capacity) {
 
 std::size_t NetworkPort::Control(std::string_view command, char* reply, std::size_t capacity) {
   RawConnection& raw = Start().raw;
-  raw.Write(command);
-  raw.Flush();
-  return raw.Read(reply, capacity);
+  try {
+    raw.Write(command);
+    raw.Flush();
+    return raw.Read(reply, capacity);
+  } catch (...) {
+    raw.Abort();
+    throw;
+  }
 }
 
 // Begins an operation on the open port.

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "port_driver/DeviceURI.h"
 #include "port_driver/RawConnection.h"
@@ -15,10 +16,13 @@
 namespace ZIOP {
 
 // Operations throw DriverError; those that need an open port throw kParameter on a closed one.
-// All are called from one thread, but for Cancel. Every wait is bounded by DeviceURI::budget.
+// All are called from one thread, but for Cancel. Every wait is bounded by DeviceURI::budget,
+// an SNMP exchange and so the status with all its tries.
 class NetworkPort {
  public:
   explicit NetworkPort(DeviceURI uri) : uri_(std::move(uri)) {}
+  NetworkPort(const NetworkPort&) = delete;  // the open channels refer to it
+  NetworkPort& operator=(const NetworkPort&) = delete;
 
   // Resolves the host and makes the SNMP socket; sends nothing yet.
   void Open();
@@ -40,7 +44,8 @@ class NetworkPort {
   void Flush();
   std::size_t Read(char* buffer, std::size_t capacity);
 
-  // Write, Flush and Read as one operation.
+  // Write, Flush and Read as one operation. After a failure the connection is aborted, so that a
+  // late reply is not taken for the one to the next command.
   std::size_t Control(std::string_view command, char* reply, std::size_t capacity);
 
  private:

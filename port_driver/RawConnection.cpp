@@ -121,11 +121,7 @@ std::size_t RawConnection::Read(char* buffer, std::size_t capacity) {
   std::size_t length = 0;
   bool connected = true;
   try {
-    Deadline deadline = Deadline::After(uri_.budget());
-    while (connected && length < capacity && waiter_.Wait(socket_.get(), POLLIN, deadline)) {
-      connected = Receive(buffer, capacity, length);
-      deadline = Deadline::After(uri_.timeout / 4);
-    }
+    connected = ReceiveReply(buffer, capacity, length);
   } catch (...) {
     Abort();
     throw;
@@ -138,6 +134,26 @@ std::size_t RawConnection::Read(char* buffer, std::size_t capacity) {
                     : DriverError(DriverCode::kPrinter, "the printer closed the connection");
   }
   return length;
+}
+
+// Fills buffer up to a pause, the full buffer or the end. False when the printer has hung up.
+bool RawConnection::ReceiveReply(char* buffer, std::size_t capacity, std::size_t& length) {
+  Deadline end = Deadline::After(uri_.budget());
+  Deadline pause = end;
+  while (length < capacity && waiter_.Wait(socket_.get(), POLLIN, pause)) {
+    if (length > 0 && end.HasPassed()) {
+      throw Timeout("the reply did not end", uri_);
+    }
+    const std::size_t before = length;
+    if (!Receive(buffer, capacity, length)) {
+      return false;
+    }
+    if (length > 0) {
+      end = before == 0 ? Deadline::After(uri_.budget()) : end;
+      pause = Deadline::After(uri_.timeout / 4);
+    }
+  }
+  return true;
 }
 
 // Appends what is there to the length bytes in buffer. False when the printer has hung up.
@@ -180,7 +196,6 @@ void RawConnection::Drain(int socket) {
   }
 }
 
-// Closes without sending what is queued, and lets the printer see it.
 void RawConnection::Abort() {
   const linger reset{1, 0};
   ::setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);

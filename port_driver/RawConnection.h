@@ -30,7 +30,8 @@ class RawConnection {
   // Reads what the printer sends: returns when capacity bytes are there, when the printer hung up,
   // or when after the first byte it paused for a quarter of one try's time. Gives how many bytes,
   // at least 1 unless capacity is 0. Throws kTimeout for a printer that sends nothing in the port's
-  // own time and kPrinter for one that hung up without sending.
+  // own time, or whose reply takes longer than that from its first byte on, and kPrinter for one
+  // that hung up without sending.
   std::size_t Read(char* buffer, std::size_t capacity);
 
   // Ends the connection in order: what was written goes out first, and the socket is only closed
@@ -39,13 +40,17 @@ class RawConnection {
   // it is a failure only if it has not acknowledged every byte. Closed afterwards in any case.
   void Close();
 
+  // Ends the connection at once, without sending what is queued, and lets the printer see it.
+  // Without a connection it does nothing.
+  void Abort();
+
  private:
   void Connect();
   FileDescriptor ConnectTo(const HostAddress& address, const Deadline& deadline);
   void Send(std::string_view bytes);
+  bool ReceiveReply(char* buffer, std::size_t capacity, std::size_t& length);
   bool Receive(char* buffer, std::size_t capacity, std::size_t& length);
   void Drain(int socket);
-  void Abort();
 
   const DeviceURI& uri_;
   std::vector<HostAddress> addresses_;
