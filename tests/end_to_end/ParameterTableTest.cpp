@@ -51,7 +51,7 @@ std::string Place(const Field& field) {
 
 std::string LeftOut(const std::string& parameter, const Ravik::_t_COMMAND_INFOMATION& field) {
   if (parameter == "DeviceID") return "always sent";
-  if (field.valueType == Ravik::VALUE_HEX) return "not allowed";
+  if (parameter == "CommandVersion" || parameter == "SettingAll") return "must be given";
   return field.defaultValue == 255 ? "stays" : std::to_string(field.defaultValue);
 }
 
