@@ -51,6 +51,7 @@ class CPrinterCommand {
   // The bare command in hexadecimal digits, for diagnostics.
   std::string GetCommandAscii() const;
 
+  // The descriptor's flags, as the last Set() that found one took them over; false before.
   bool IsSVCmd() const { return is_sv_; }
   bool IsRemote() const { return is_remote_; }
   bool IsBGJC() const { return is_bgjc_; }

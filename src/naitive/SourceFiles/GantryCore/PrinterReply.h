@@ -19,7 +19,8 @@ class CPrinterReply {
   // Inserts the values of a reply's fields into out; several of one name in the order of the
   // descriptor's table. False, with out left alone and the reason in error, if there is no
   // descriptor or the body ends with the refusal marker (-1), the body is empty (-7), or it ends
-  // with the auxiliary marker (-8). Ends the process for a key that the family does not answer.
+  // with the auxiliary marker (-8); a reply that is analysed leaves error alone. Ends the process
+  // for a key that the family does not answer.
   static bool AnalysisCommandReply(const std::string& deviceName, COMMAND_KEY key,
                                    const CommandVO& reply, ParameterMapVO& out,
                                    APPLICATION_ERROR& error);
