@@ -1,118 +1,92 @@
-// The built program: its ready line, its end and its messages.
-#include <fcntl.h>
+// The built program: its command line, its ready line and its ends.
 #include <gtest/gtest.h>
 #include <picojson.h>
 #include <signal.h>
-#include <stdlib.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <string>
-#include <vector>
+#include <filesystem>
+#include <fstream>
 
-#include "virtual_printer/FileDescriptor.h"
+#include "tests/end_to_end/Process.h"
 
-namespace VirtualPrinter {
 namespace {
 
-/// The program with its standard output and error in pipes.
-class Program {
- public:
-  explicit Program(std::vector<std::string> arguments) {
-    int output[2];
-    int error[2];
-    EXPECT_EQ(pipe(output), 0);
-    EXPECT_EQ(pipe(error), 0);
-    output_ = FileDescriptor(output[0]);
-    error_ = FileDescriptor(error[0]);
-    const FileDescriptor output_end(output[1]);
-    const FileDescriptor error_end(error[1]);
-    arguments.insert(arguments.begin(), VIRTUAL_PRINTER_PROGRAM);
-    std::vector<char*> pointers(arguments.size() + 1);
-    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
-                   [](std::string& argument) { return argument.data(); });
-    process_ = fork();
-    if (process_ == 0) {
-      dup2(output[1], STDOUT_FILENO);
-      dup2(error[1], STDERR_FILENO);
-      execv(pointers[0], pointers.data());
-      _exit(127);
-    }
+namespace fs = std::filesystem;
+
+class Program : public testing::Test {
+ protected:
+  Program() { fs::create_directory(folder_); }
+  ~Program() override { fs::remove_all(folder_); }
+
+  Process Start(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), VIRTUAL_PRINTER);
+    return Process(arguments, {}, folder_ / "errors");
   }
 
-  std::string ReadLine() const {
-    std::string line;
-    for (char byte = 0; read(output_.Get(), &byte, 1) == 1 && byte != '\n';) line += byte;
-    return line;
-  }
   std::string Errors() const {
     std::string text;
-    for (char byte = 0; read(error_.Get(), &byte, 1) == 1;) text += byte;
+    std::getline(std::ifstream(folder_ / "errors"), text, '\0');
     return text;
   }
-  void Signal(int signal) const { EXPECT_EQ(kill(process_, signal), 0); }
-  /// The exit status, or -1 for another end.
-  int Wait() const {
-    int status = 0;
-    EXPECT_EQ(waitpid(process_, &status, 0), process_);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
 
- private:
-  FileDescriptor output_;
-  FileDescriptor error_;
-  pid_t process_ = -1;
+  const fs::path folder_ =
+      fs::path(testing::TempDir()) / ("virtual-printer-program-" + std::to_string(getpid()));
 };
 
-TEST(Program, TellsItsPortsAndEndsOnSignals) {
-  char directory[] = "/tmp/virtual-printer-XXXXXX";
-  ASSERT_NE(mkdtemp(directory), nullptr);
-  const std::string link = std::string(directory) + "/printer";
-  const std::string state = std::string(directory) + "/state";
-  for (const int signal : {SIGTERM, SIGINT}) {
-    const Program program({"--model", "ZARMO QM-V7PS Series", "--local", link, "--state", state});
-    picojson::value ready;
-    const std::string line = program.ReadLine();
-    ASSERT_EQ(picojson::parse(ready, line), "") << line;
-    EXPECT_EQ(ready.get("model").to_str(), "ZARMO QM-V7PS Series");
-    EXPECT_GT(ready.get("snmp").get<double>(), 0);
-    EXPECT_GT(ready.get("raw").get<double>(), 0);
-    EXPECT_EQ(ready.get("local").to_str(), link);
-    EXPECT_EQ(access(link.c_str(), R_OK | W_OK), 0);
-    program.Signal(signal);
-    EXPECT_EQ(program.Wait(), 0);
-    EXPECT_EQ(program.Errors(), "");
-    EXPECT_NE(access(link.c_str(), F_OK), 0);
-    EXPECT_EQ(access(state.c_str(), R_OK), 0);
-  }
+TEST_F(Program, TellsItsPortsAndEndsOnAnInterrupt) {
+  const fs::path link = folder_ / "printer";
+  const fs::path state = folder_ / "state";
+  Process program = Start({"--model", "ZARMO QM-V7PS Series", "--listen", "::1", "--raw=0",
+                           "--local", link, "--state", state, "--trace"});
+  const std::string line =
+      program.ReadUntil([](const std::string& text) { return text.back() == '\n'; });
+  picojson::value ready;
+  ASSERT_EQ(picojson::parse(ready, line), "") << line;
+  EXPECT_EQ(ready.get("model").to_str(), "ZARMO QM-V7PS Series");
+  EXPECT_GT(ready.get("snmp").get<double>(), 0);
+  EXPECT_GT(ready.get("raw").get<double>(), 0);
+  EXPECT_EQ(ready.get("local").to_str(), link);
+  EXPECT_TRUE(fs::is_character_file(link));
+  program.Signal(SIGINT);
+  EXPECT_EQ(program.Wait(), 0);
+  EXPECT_EQ(Errors(), "");
+  EXPECT_FALSE(fs::is_symlink(link));
   // The state of one family is no other family's.
-  const Program other({"--model", "QM-T84 Series", "--state", state});
-  EXPECT_EQ(other.Wait(), 1);
-  EXPECT_NE(other.Errors().find("Corvel"), std::string::npos);
-  EXPECT_EQ(unlink(state.c_str()), 0);
-  EXPECT_EQ(rmdir(directory), 0);
+  EXPECT_EQ(WEXITSTATUS(Start({"--model", "QM-T84 Series", "--state", state}).Wait()), 1);
+  EXPECT_NE(Errors().find("Corvel"), std::string::npos);
 }
 
-TEST(Program, EndsWithAMessageWhenItCannotRun) {
-  struct FailureCase {
-    std::vector<std::string> arguments;
+TEST_F(Program, SaysWhatIsWrong) {
+  const struct {
     int status;
+    std::vector<std::string> arguments;
+    const char* told;
+  } kCases[] = {
+      {2, {}, "--model is missing"},
+      {2, {"--model"}, "--model"},
+      {2, {"--model", "QM-X Series"}, "QM-T84 Series"},  // lists the names
+      {2, {"--model", "QM-V5 Series", "more"}, "more"},
+      {2, {"--snmp", "65536"}, "--snmp"},
+      {2, {"--snmp", "-1"}, "--snmp"},
+      {2, {"--raw", ""}, "--raw"},
+      {2, {"--fault", ""}, "unknown fault"},
+      {2, {"--fault", "drop"}, "drop: "},
+      {2, {"--fault", "loss=101"}, "loss=101: "},
+      {2, {"--fault", "delay=4294967296"}, "delay=4294967296: "},
+      {2, {"--fault", "forget=1"}, "forget=1: "},
+      {2, {"--fault", "na="}, "na=: "},
+      {2, {"--fault", "status-text=0G"}, "status-text=0G: "},
+      {1, {"--model", "QM-V5 Series", "--listen", "192.0.2.1"}, "192.0.2.1"},
+      {1, {"--model", "QM-V5 Series", "--local", "/tmp"}, "/tmp"},
+      {1, {"--model", "QM-V5 Series", "--state", "/dev/null"}, "/dev/null"},
   };
-  const FailureCase cases[] = {
-      {{"--model", "QM-X Series"}, 2},
-      {{"--model", "QM-V5 Series", "--fault", "fire"}, 2},
-      {{"--model", "QM-V5 Series", "--listen", "192.0.2.1"}, 1},
-      {{"--model", "QM-V5 Series", "--local", "/tmp"}, 1},
-      {{"--model", "QM-V5 Series", "--state", "/dev/null"}, 1},
-  };
-  for (const auto& row : cases) {
-    const Program program(row.arguments);
-    EXPECT_EQ(program.Wait(), row.status) << testing::PrintToString(row.arguments);
-    EXPECT_NE(program.Errors(), "") << testing::PrintToString(row.arguments);
-    EXPECT_EQ(program.ReadLine(), "");
+  for (const auto& c : kCases) {
+    Process program = Start(c.arguments);
+    EXPECT_EQ(program.ReadAll(), "");
+    EXPECT_EQ(WEXITSTATUS(program.Wait()), c.status) << testing::PrintToString(c.arguments);
+    EXPECT_NE(Errors().find(c.told), std::string::npos)
+        << testing::PrintToString(c.arguments) << Errors();
   }
 }
 
 }  // namespace
-}  // namespace VirtualPrinter
