@@ -1,24 +1,19 @@
 // A whole I/O plug-in in C11, to start one from: it lists one printer, whose port gives back what
-// was written to it.
+// was written to it. The worker makes no call out of order, so that no function looks for one.
 #include <CoreFoundation/CFPlugIn.h>
 #include <CoreFoundation/CFPlugInCOM.h>
-#include <stdatomic.h>
 #include <stdlib.h>
 #include <string.h>
 
 #include "printer_io/ZIOPlugin.h"
 
 // Result codes of this plug-in: 0 or negative, but neither -1 nor -50, which are the worker's.
-enum { kSuccess = 0, kBadCall = -2, kNoRoom = -3, kNoSuchOperation = -4 };
-
-static const char kAddress[] = "example:1";
+enum { kSuccess = 0, kNoRoom = -2, kNoSuchOperation = -3 };
 
 // ---- Port I/O ----
 
 typedef struct Port {
   ZIOPortInterface interface;  // first, so that a pointer to one is a pointer to the other
-  int isInitialised;
-  int isOpen;
   char data[512];
   long length;
 } Port;
@@ -29,40 +24,14 @@ static int PortRelease(ZIOPortInterface* self) {
 }
 
 static int PortInitialise(ZIOPortInterface* self, int version, const ZIOOpenParameter* parameter) {
-  CFDataRef address = parameter->portInformation;
-  if (version != ZIO_INTERFACE_VERSION || address == NULL ||
-      CFDataGetLength(address) != (CFIndex)strlen(kAddress) ||
-      memcmp(CFDataGetBytePtr(address), kAddress, strlen(kAddress)) != 0) {
-    char message[] = "this is not the address of an example printer";
-    if (parameter->errorCallback != NULL) {
-      parameter->errorCallback(parameter->context, kBadCall, message);
-    }
-    return kBadCall;
-  }
-  ((Port*)self)->isInitialised = 1;
-  return kSuccess;
+  (void)self, (void)parameter;  // whose portInformation says which printer
+  return version == ZIO_INTERFACE_VERSION ? kSuccess : kNoSuchOperation;
 }
 
-static int PortTerminate(ZIOPortInterface* self) {
-  ((Port*)self)->isInitialised = 0;
+// Terminate, open, close, cancel and tab: there is nothing to do, and nothing ever waits.
+static int PortDone(ZIOPortInterface* self) {
+  (void)self;
   return kSuccess;
-}
-
-static int PortOpen(ZIOPortInterface* self) {
-  Port* port = (Port*)self;
-  if (!port->isInitialised || port->isOpen) {
-    return kBadCall;
-  }
-  port->isOpen = 1;
-  port->length = 0;
-  return kSuccess;
-}
-
-static int PortClose(ZIOPortInterface* self) {
-  Port* port = (Port*)self;
-  const int was_open = port->isOpen;
-  port->isOpen = 0;
-  return was_open ? kSuccess : kBadCall;
 }
 
 static int PortIoctl(ZIOPortInterface* self, long selector, void* block) {
@@ -70,18 +39,9 @@ static int PortIoctl(ZIOPortInterface* self, long selector, void* block) {
   return kNoSuchOperation;
 }
 
-// Nothing here ever waits.
-static int PortCancel(ZIOPortInterface* self) {
-  (void)self;
-  return kSuccess;
-}
-
 static int PortWrite(ZIOPortInterface* self, char* bytes, long* length) {
   Port* port = (Port*)self;
-  if (!port->isOpen || *length < 0) {
-    return kBadCall;
-  }
-  if (*length > (long)sizeof port->data - port->length) {
+  if (*length < 0 || *length > (long)sizeof port->data - port->length) {
     return kNoRoom;
   }
   memcpy(port->data + port->length, bytes, (size_t)*length);
@@ -90,33 +50,24 @@ static int PortWrite(ZIOPortInterface* self, char* bytes, long* length) {
 }
 
 static int PortFlush(ZIOPortInterface* self, unsigned char flag) {
-  (void)flag;
-  return ((Port*)self)->isOpen ? kSuccess : kBadCall;
-}
-
-static int PortTab(ZIOPortInterface* self) {
-  return PortFlush(self, 0);
+  (void)self, (void)flag;
+  return kSuccess;
 }
 
 static int PortStatus(ZIOPortInterface* self, char* buffer) {
-  if (!((Port*)self)->isOpen) {
-    return kBadCall;
-  }
+  (void)self;
   memcpy(buffer, "example\r\n", sizeof "example\r\n");
   return kSuccess;
 }
 
 static int PortRead(ZIOPortInterface* self, char* buffer, long* length) {
   Port* port = (Port*)self;
-  if (!port->isOpen || *length < 0) {
-    return kBadCall;
+  if (*length < port->length) {
+    return kNoRoom;
   }
-  if (*length > port->length) {
-    *length = port->length;
-  }
-  memcpy(buffer, port->data, (size_t)*length);
-  port->length -= *length;
-  memmove(port->data, port->data + *length, (size_t)port->length);
+  memcpy(buffer, port->data, (size_t)port->length);
+  *length = port->length;
+  port->length = 0;
   return kSuccess;
 }
 
@@ -133,89 +84,59 @@ static int PortGetInfo(ZIOPortInterface* self, ZIOXInfo* info) {
   return kNoSuchOperation;
 }
 
-static const ZIOPortTable kPortTable = {NULL,      PortRelease, PortInitialise, PortTerminate,
-                                        PortOpen,  PortClose,   PortIoctl,      PortCancel,
-                                        PortWrite, PortFlush,   PortTab,        PortStatus,
-                                        PortRead,  PortControl, PortGetInfo};
-
-static void* MakePort(void) {
-  Port* port = calloc(1, sizeof *port);
-  if (port != NULL) {
-    port->interface.table = &kPortTable;
-  }
-  return port;
-}
+static const ZIOPortTable kPortTable = {
+    NULL,      PortRelease, PortInitialise, PortDone,   PortDone, PortDone,    PortIoctl,  PortDone,
+    PortWrite, PortFlush,   PortDone,       PortStatus, PortRead, PortControl, PortGetInfo};
 
 // ---- Port information ----
 
+// The address is "example:1" in Base64.
+static const char kList[] =
+    "<plist version=\"1.0\"><dict><key>" ZIO_INFO_PRINTER_LIST
+    "</key><array><dict>"
+    "<key>" ZIO_INFO_TARGET_NAME
+    "</key><string>Example printer</string>"
+    "<key>" ZIO_INFO_PRINTER_NAME
+    "</key><string>Example</string>"
+    "<key>" ZIO_INFO_ADDRESS
+    "</key><data>ZXhhbXBsZTox</data>"
+    "<key>" ZIO_INFO_IOX_TYPE "</key><integer>1</integer></dict></array></dict></plist>";
+
 typedef struct PortInfo {
   ZIOPortInfoInterface interface;
-  CFDictionaryRef list;  // owned; the worker only looks at it
+  CFPropertyListRef list;  // owned; the worker only looks at it
 } PortInfo;
 
+static int InfoInitialise(ZIOPortInfoInterface* self, int version, CFDictionaryRef information) {
+  (void)information;  // the printers could be configured in it
+  CFDataRef text = CFDataCreate(kCFAllocatorDefault, (const UInt8*)kList, (CFIndex)strlen(kList));
+  ((PortInfo*)self)->list =
+      CFPropertyListCreateWithData(kCFAllocatorDefault, text, kCFPropertyListImmutable, NULL, NULL);
+  CFRelease(text);
+  return version == ZIO_INTERFACE_VERSION ? kSuccess : kNoSuchOperation;
+}
+
 static int InfoTerminate(ZIOPortInfoInterface* self) {
-  PortInfo* info = (PortInfo*)self;
-  if (info->list != NULL) {
-    CFRelease(info->list);
+  if (((PortInfo*)self)->list != NULL) {
+    CFRelease(((PortInfo*)self)->list);
   }
-  info->list = NULL;
+  ((PortInfo*)self)->list = NULL;
   return kSuccess;
 }
 
 static int InfoRelease(ZIOPortInfoInterface* self) {
-  InfoTerminate(self);
   free(self);
   return kSuccess;
 }
 
-static int InfoInitialise(ZIOPortInfoInterface* self, int version, CFDictionaryRef information) {
-  (void)self, (void)information;
-  return version == ZIO_INTERFACE_VERSION ? kSuccess : kBadCall;
-}
-
-static CFDictionaryRef MakeDictionary(const void** keys, const void** values, CFIndex count) {
-  return CFDictionaryCreate(kCFAllocatorDefault, keys, values, count,
-                            &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks);
-}
-
 static CFDictionaryRef InfoGetList(ZIOPortInfoInterface* self) {
-  const SInt32 type = ZIO_PORT_TYPE_LOCAL;
-  CFDataRef address =
-      CFDataCreate(kCFAllocatorDefault, (const UInt8*)kAddress, (CFIndex)strlen(kAddress));
-  CFNumberRef number = CFNumberCreate(kCFAllocatorDefault, kCFNumberSInt32Type, &type);
-  const void* keys[] = {CFSTR(ZIO_INFO_TARGET_NAME), CFSTR(ZIO_INFO_PRINTER_NAME),
-                        CFSTR(ZIO_INFO_ADDRESS), CFSTR(ZIO_INFO_IOX_TYPE)};
-  const void* values[] = {CFSTR("Example printer"), CFSTR("Example"), address, number};
-  const void* record = MakeDictionary(keys, values, 4);
-  CFArrayRef records = CFArrayCreate(kCFAllocatorDefault, &record, 1, &kCFTypeArrayCallBacks);
-  const void* list_key = CFSTR(ZIO_INFO_PRINTER_LIST);
-  const void* list_value = records;
-  InfoTerminate(self);
-  ((PortInfo*)self)->list = MakeDictionary(&list_key, &list_value, 1);
-  CFRelease(records);
-  CFRelease(record);
-  CFRelease(number);
-  CFRelease(address);
   return ((PortInfo*)self)->list;
 }
 
 static const ZIOPortInfoTable kInfoTable = {NULL, InfoRelease, InfoInitialise, InfoTerminate,
                                             InfoGetList};
 
-static void* MakePortInfo(void) {
-  PortInfo* info = calloc(1, sizeof *info);
-  if (info != NULL) {
-    info->interface.table = &kInfoTable;
-  }
-  return info;
-}
-
 // ---- The instance and its factory ----
-
-typedef struct Instance {
-  const IUnknownVTbl* table;
-  atomic_uint references;
-} Instance;
 
 static int IsUUID(CFUUIDBytes id, CFStringRef text) {
   CFUUIDRef uuid = CFUUIDCreateFromString(kCFAllocatorDefault, text);
@@ -224,46 +145,39 @@ static int IsUUID(CFUUIDBytes id, CFStringRef text) {
   return memcmp(&id, &bytes, sizeof bytes) == 0;
 }
 
-static ULONG AddRef(void* self) {
-  return atomic_fetch_add(&((Instance*)self)->references, 1) + 1;
+// The one instance is static, so that nothing depends on its references.
+static ULONG Count(void* self) {
+  (void)self;
+  return 1;
 }
 
-static ULONG Release(void* self) {
-  const ULONG left = atomic_fetch_sub(&((Instance*)self)->references, 1) - 1;
-  if (left == 0) {
-    free(self);
+// A zeroed object of size bytes whose first member points to table; null when memory is short.
+static void* MakeObject(size_t size, const void* table) {
+  const void** object = calloc(1, size);
+  if (object != NULL) {
+    *object = table;
   }
-  return left;
+  return object;
 }
 
 static HRESULT QueryInterface(void* self, REFIID id, LPVOID* interface) {
-  const CFUUIDBytes unknown = CFUUIDGetUUIDBytes(IUnknownUUID);
   *interface = NULL;
-  if (memcmp(&id, &unknown, sizeof unknown) == 0) {
-    AddRef(self);
+  if (IsUUID(id, CFSTR("00000000-0000-0000-C000-000000000046"))) {
     *interface = self;
   } else if (IsUUID(id, CFSTR(ZIO_PORT_INTERFACE_ID))) {
-    *interface = MakePort();
+    *interface = MakeObject(sizeof(Port), &kPortTable);
   } else if (IsUUID(id, CFSTR(ZIO_PORT_INFO_INTERFACE_ID))) {
-    *interface = MakePortInfo();
+    *interface = MakeObject(sizeof(PortInfo), &kInfoTable);
   }
   return *interface != NULL ? S_OK : E_NOINTERFACE;
 }
 
-static const IUnknownVTbl kInstanceTable = {NULL, QueryInterface, AddRef, Release};
+static const IUnknownVTbl kTable = {NULL, QueryInterface, Count, Count};
+static const IUnknownVTbl* instance = &kTable;
 
 // Named in Info.plist.
-__attribute__((visibility("default"))) void* ExampleFactory(CFAllocatorRef allocator,
-                                                            CFUUIDRef type);
+__attribute__((visibility("default"))) void* ExampleFactory(CFAllocatorRef, CFUUIDRef);
 void* ExampleFactory(CFAllocatorRef allocator, CFUUIDRef type) {
   (void)allocator;
-  Instance* instance = NULL;
-  if (IsUUID(CFUUIDGetUUIDBytes(type), CFSTR(ZIO_PLUGIN_TYPE_ID))) {
-    instance = malloc(sizeof *instance);
-  }
-  if (instance != NULL) {
-    instance->table = &kInstanceTable;
-    atomic_init(&instance->references, 1);
-  }
-  return instance;
+  return IsUUID(CFUUIDGetUUIDBytes(type), CFSTR(ZIO_PLUGIN_TYPE_ID)) ? &instance : NULL;
 }
