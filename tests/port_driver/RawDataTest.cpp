@@ -61,10 +61,8 @@ TEST(RawDataTest, ReadingEndsInItsTime) {
     std::string reply;
   } kRows[] = {
       {"pause", "p", "timeout=400", 5, "abc##"},
-      {"full buffer", "f", kPatient, 6, "abc---"},
       {"full buffer, more there", "f", kPatient, 2, "ab"},
       {"end", "f", kPatient, 7, "abc---#"},
-      {"nothing asked for", "f", kPatient, 0, ""},
       {"hung up", "h", kPatient, 1, "code -8"},
       {"silent", "s", kBrief, 1, "code -4"},
       {"a byte now and then for ever", "t", "timeout=400&retries=0", 1 << 20, "code -4"},

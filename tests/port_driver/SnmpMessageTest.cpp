@@ -40,27 +40,23 @@ TEST(SnmpMessageTest, StatusRequestHasItsFields) {
 }
 
 TEST(SnmpMessageTest, AnswersAreToldByTheirFields) {
-  const std::string bytes = SampleRequest();
-  const auto request = ReadSnmpMessage(bytes).value();
   const struct {
-    const char* what;
     void (*change)(SnmpSample&);
     bool answers, answersById;
   } kRows[] = {
-      {"nothing changed", [](SnmpSample&) {}, true, true},
-      {"an error", [](SnmpSample& s) { s.errorStatus = "\x02"; }, true, true},
-      {"id in four bytes", [](SnmpSample& s) { s.id = "\0\0\0\x02"s; }, true, true},
-      {"negative id", [](SnmpSample& s) { s.id = "\xFE"; }, false, false},
-      {"another id", [](SnmpSample& s) { s.id = "\x01\x02"; }, false, false},
-      {"another version", [](SnmpSample& s) { s.version = "\x01"; }, false, false},
-      {"another type", [](SnmpSample& s) { s.type = 0xA0; }, false, false},
-      {"a longer name", [](SnmpSample& s) { s.name += "\x01"; }, false, true},
+      {[](SnmpSample& s) { s.errorStatus = "\x02"; }, true, true},
+      {[](SnmpSample& s) { s.id = "\0\0\0\x02"s; }, true, true},
+      {[](SnmpSample& s) { s.id = "\xFE"; }, false, false},
+      {[](SnmpSample& s) { s.version = "\x01"; }, false, false},
+      {[](SnmpSample& s) { s.type = 0xA0; }, false, false},
+      {[](SnmpSample& s) { s.name += "\x01"; }, false, true},
   };
+  const std::string request = SampleRequest();
   for (const auto& row : kRows) {
     const std::string answer = Changed(row.change).Bytes();
-    const auto message = ReadSnmpMessage(answer).value();
-    EXPECT_EQ(AnswersRequest(message, request, false), row.answers) << row.what;
-    EXPECT_EQ(AnswersRequest(message, request, true), row.answersById) << row.what;
+    const auto asked = ReadSnmpMessage(request).value(), read = ReadSnmpMessage(answer).value();
+    EXPECT_EQ(AnswersRequest(read, asked, false), row.answers) << &row - kRows;
+    EXPECT_EQ(AnswersRequest(read, asked, true), row.answersById) << &row - kRows;
   }
 }
 
@@ -100,7 +96,6 @@ TEST(SnmpMessageTest, TellsMessagesFromOtherBytes) {
   } kRows[] = {
       {"plain", plain, true},
       {"no bindings", withBindings(""), true},
-      {"two bindings", withBindings(binding + binding), true},
       {"long length", "\x30\x82\0"s + plain.substr(1), true},
       {"unknown value type", withPair(name + Element(0x46, "1")), true},
       {"trailing byte", plain + "\0"s, false},
@@ -109,7 +104,6 @@ TEST(SnmpMessageTest, TellsMessagesFromOtherBytes) {
       {"trailing byte in bindings", withBindings(binding + "\x30"), false},
       {"trailing element in binding", withPair(pair + null), false},
       {"second binding without value", withBindings(binding + Element(0x30, name)), false},
-      {"value before name", withPair(null + name), false},
       {"empty object identifier", withPair(Element(6, "") + null), false},
       {"sub-identifier that goes on", withPair(Element(6, "\x2B\x86") + null), false},
       {"value type of two bytes", withPair(name + "\x9F\x01\x00"s), false},
@@ -118,10 +112,8 @@ TEST(SnmpMessageTest, TellsMessagesFromOtherBytes) {
       {"largest length", "\x30\x84\xFF\xFF\xFF\xFF"s + plain.substr(2), false},
       {"version of five bytes", message(Element(2, "\0\0\0\0\0"s) + community + pdu), false},
       {"version without bytes", message(Element(2, "") + community + pdu), false},
-      {"no community", message(version + pdu), false},
       {"no error-index", withPdu(numbers.substr(3) + list), false},
       {"no PDU", message(version + community), false},
-      {"not a sequence", Element(0x31, plain.substr(2)), false},
   };
   for (const auto& row : kRows) {
     EXPECT_EQ(IsMessage(row.bytes), row.accepted) << row.what;
