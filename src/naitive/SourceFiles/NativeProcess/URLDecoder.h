@@ -11,7 +11,7 @@
 // single digit count; one that holds no number repeats the value of the last one that did, and one
 // without a character gives nothing. The text ends at a NUL, raw or decoded; also at an escape
 // without a number that comes before any other, so that a damaged line is not taken for a whole
-// one.
+// one. Without memory for it the text is empty.
 class URLDecoder {
  public:
   static std::string decode(const std::string& text);
