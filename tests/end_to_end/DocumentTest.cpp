@@ -1,6 +1,7 @@
 // The examples in docs/ are what the system does.
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -15,6 +16,8 @@
 
 namespace {
 
+constexpr char kDevice[] = "QM-R410 Series";
+
 using Bytes = std::vector<unsigned char>;
 
 struct Block {
@@ -23,16 +26,11 @@ struct Block {
 };
 
 std::vector<Block> Blocks(const std::string& page) {
-  std::istringstream lines(ReadFile(std::string(DOCUMENTS_FOLDER) + '/' + page));
+  const std::string text = Document(page);
+  const std::regex fenced("```(.+)\n([^`]*)\n```");
   std::vector<Block> blocks;
-  bool inside = false;
-  for (std::string line; std::getline(lines, line);) {
-    if (line.rfind("```", 0) == 0) {
-      if (!inside) blocks.push_back({line.substr(3), ""});
-      inside = !inside;
-    } else if (inside) {
-      blocks.back().text += (blocks.back().text.empty() ? "" : "\n") + line;
-    }
+  for (std::sregex_iterator block(text.begin(), text.end(), fenced), end; block != end; ++block) {
+    blocks.push_back({(*block)[1], (*block)[2]});
   }
   return blocks;
 }
@@ -45,32 +43,17 @@ std::string Example(const std::string& page, const std::string& name) {
   return "";
 }
 
-// The bytes of a block; words behind the bytes of a line are remarks.
+// The bytes of a block, without the remarks behind them.
 Bytes Hex(const std::string& page, const std::string& name) {
-  std::istringstream lines(Example(page, name));
+  const std::regex hex("[0-9A-F]{2}");
+  std::istringstream words(Example(page, name));
   Bytes bytes;
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream words(line);
-    for (std::string word; words >> word;) {
-      if (word.size() != 2 || word.find_first_not_of("0123456789ABCDEF") != std::string::npos)
-        break;
+  for (std::string word; words >> word;) {
+    if (std::regex_match(word, hex)) {
       bytes.push_back(static_cast<unsigned char>(std::stoi(word, nullptr, 16)));
     }
   }
   return bytes;
-}
-
-Ravik::CPrinterCommand Built(Ravik::COMMAND_KEY key, const Ravik::ParameterMapVO& parameters) {
-  Ravik::CPrinterCommand command;
-  EXPECT_TRUE(command.Set("QM-R410 Series", key, parameters));
-  return command;
-}
-
-Ravik::ParameterMapVO RecordThree() {
-  Ravik::ParameterMapVO parameters;
-  parameters.insert("CustomMediaNo", 3);
-  parameters.insert("CommandVersion", 0);
-  return parameters;
 }
 
 std::string Printed(const Ravik::ParameterMapVO& map) {
@@ -80,16 +63,19 @@ std::string Printed(const Ravik::ParameterMapVO& map) {
 }
 
 TEST(Document, Commands) {
-  const Ravik::CPrinterCommand read = Built(Ravik::READ_CUSTOMMEDIA_INFO1, RecordThree());
-  EXPECT_EQ(read.GetCommand().bytes(), Hex("commands.md", "hex command read"));
-  EXPECT_EQ(read.GetCommandForSpooler().bytes(), Hex("commands.md", "hex remote mode"));
+  Ravik::ParameterMapVO parameters;
+  parameters.insert("CustomMediaNo", 3);
+  parameters.insert("CommandVersion", 0);
+  Ravik::CPrinterCommand command;
+  ASSERT_TRUE(command.Set(kDevice, Ravik::READ_CUSTOMMEDIA_INFO1, parameters));
+  EXPECT_EQ(command.GetCommand().bytes(), Hex("commands.md", "hex command read"));
+  EXPECT_EQ(command.GetCommandForSpooler().bytes(), Hex("commands.md", "hex remote mode"));
 
-  Ravik::ParameterMapVO settings = RecordThree();
-  settings.insert("MediaSuction", 4);
-  settings.insert("PlatenGap", "2.5");
-  settings.insert("CustomMediaName", "Banner");
-  EXPECT_EQ(Built(Ravik::WRITE_CUSTOMMEDIA_INFO1, settings).GetCommand().bytes(),
-            Hex("commands.md", "hex command write"));
+  parameters.insert("MediaSuction", 4);
+  parameters.insert("PlatenGap", "2.5");
+  parameters.insert("CustomMediaName", "Banner");
+  ASSERT_TRUE(command.Set(kDevice, Ravik::WRITE_CUSTOMMEDIA_INFO1, parameters));
+  EXPECT_EQ(command.GetCommand().bytes(), Hex("commands.md", "hex command write"));
 }
 
 TEST(Document, SnmpRequest) {
@@ -103,18 +89,16 @@ TEST(Document, SnmpRequest) {
   EXPECT_EQ(Bytes(request, request + length), Hex("snmp.md", "hex snmp"));
 }
 
-TEST(Document, Reply) {
+TEST(Document, RepliesAndStatus) {
   Bytes reply = Hex("replies.md", "hex reply");
   reply.resize(512);
   Ravik::ParameterMapVO out;
   Ravik::APPLICATION_ERROR error = Ravik::ERROR_NONE;
   ASSERT_TRUE(Ravik::CPrinterReply::AnalysisCommandReply(
-      "QM-R410 Series", Ravik::READ_CUSTOMMEDIA_INFO1,
+      kDevice, Ravik::READ_CUSTOMMEDIA_INFO1,
       Ravik::CommandVO(reply.data(), static_cast<int>(reply.size())), out, error));
   EXPECT_EQ(Printed(out), Example("replies.md", "json reply"));
-}
 
-TEST(Document, Status) {
   const Bytes text = Hex("status.md", "hex status");
   constexpr std::size_t kBeforeLength = 4;  // the text and CR LF
   ASSERT_EQ(text.size(), kBeforeLength + 2 + text[kBeforeLength]);
@@ -124,29 +108,27 @@ TEST(Document, Status) {
   for (const char* key : {"StatusCode", "ErrorCode", "WarningCode", "SerialNumber"}) {
     asked.insert(key);
   }
-  Ravik::ParameterMapVO out;
-  Ravik::APPLICATION_ERROR error = Ravik::ERROR_NONE;
-  Ravik::CPrinterReply::AnalysisStatusReply("QM-R410 Series", asked, status, out, error);
+  out = {};
+  Ravik::CPrinterReply::AnalysisStatusReply(kDevice, asked, status, out, error);
   EXPECT_EQ(Printed(out), Example("status.md", "json status"));
 }
 
 TEST(Document, Conversation) {
-  VirtualPrinter studio("QM-R410 Series", {"--serial", "SN00012345"});
+  VirtualPrinter studio(kDevice, {"--serial", "SN00012345"});
   VirtualPrinter proof("QM-V5 Series", {"--firmware", "2.31"});
   const WorkerFolder folder(
-      {{"Studio", studio.model(), studio.Uri()}, {"Proof", proof.model(), proof.Uri()}});
-  KeptWorker worker(folder);
+      {{"Studio", kDevice, studio.Uri()}, {"Proof", "QM-V5 Series", proof.Uri()}});
+  const Process worker = folder.Start();
   int examples = 0;
   std::string request;
   for (const Block& block : Blocks("protocol.md")) {
     if (block.name == "json request") {
       request = block.text;
-    } else if (block.name == "json answer") {
-      EXPECT_EQ(worker.Ask(request), block.text);
       ++examples;
+    } else if (block.name == "json answer") {
+      EXPECT_EQ(Ask(worker, request), block.text);
     } else {
-      EXPECT_EQ(block.name, "text request line");
-      EXPECT_EQ(URLDecoder::decode(block.text), request);
+      EXPECT_EQ(URLDecoder::decode(block.text), request) << block.name;
     }
   }
   EXPECT_EQ(examples, 7);

@@ -1,126 +1,78 @@
 #include "tests/end_to_end/Process.h"
 
 #include <fcntl.h>
-#include <poll.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
-#include <stdexcept>
-#include <thread>
+#include <system_error>
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(60);
-
-[[noreturn]] void Fail(const char* call) {
-  throw std::runtime_error(std::string(call) + ": error " + std::to_string(errno));
-}
-
-void CloseOnce(int& descriptor) {
-  if (descriptor >= 0) close(descriptor);
-  descriptor = -1;
-}
-
-[[noreturn]] void Execute(const std::vector<std::string>& command,
-                          const Process::Environment& environment, const std::string& errorFile,
-                          int input, int output) {
-  const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-  dup2(input, STDIN_FILENO);
-  dup2(output, STDOUT_FILENO);
-  dup2(errors, STDERR_FILENO);
-  for (const auto& [name, text] : environment) setenv(name.c_str(), text.c_str(), 1);
+[[noreturn]] void Execute(std::vector<std::string>& command, int socket,
+                          const std::string& errorFile) {
+  alarm(120);
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
-  for (const std::string& argument : command) {
-    arguments.push_back(const_cast<char*>(argument.c_str()));
-  }
+  for (std::string& argument : command) arguments.push_back(argument.data());
   arguments.push_back(nullptr);
-  execv(arguments[0], arguments.data());
+  dup2(socket, STDIN_FILENO);
+  dup2(socket, STDOUT_FILENO);
+  dup2(open(errorFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600), STDERR_FILENO);
+  execvp(arguments[0], arguments.data());
   _exit(127);
 }
 
 }  // namespace
 
-Process::Process(const std::vector<std::string>& command, const Environment& environment,
-                 const std::string& errorFile) {
-  std::signal(SIGPIPE, SIG_IGN);
-  int input[2];
-  int output[2];
-  if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0) Fail("pipe2");
-  pid_ = fork();
-  if (pid_ < 0) Fail("fork");
-  if (pid_ == 0) {
-    std::signal(SIGPIPE, SIG_DFL);
-    Execute(command, environment, errorFile, input[0], output[1]);
-  }
-  close(input[0]);
-  close(output[1]);
-  input_ = input[1];
-  output_ = output[0];
+Process::Process(std::vector<std::string> command, const std::string& errorFile) {
+  int ends[2];
+  const int result = socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends);
+  if (result == 0) pid_ = fork();
+  if (result != 0 || pid_ < 0) throw std::system_error(errno, std::generic_category(), command[0]);
+  if (pid_ == 0) Execute(command, ends[1], errorFile);
+  close(ends[1]);
+  socket_ = ends[0];
 }
 
 Process::~Process() {
-  CloseOnce(input_);
-  CloseOnce(output_);
-  if (pid_ > 0) {
-    kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-  }
+  Wait(SIGKILL);
+  close(socket_);
 }
 
-void Process::Write(const std::string& text) {
+void Process::Write(const std::string& text) const {
   for (std::size_t done = 0; done < text.size();) {
-    const ssize_t count = write(input_, text.data() + done, text.size() - done);
-    if (count < 0 && errno == EPIPE) return;
-    if (count < 0 && errno != EINTR) Fail("write");
-    if (count > 0) done += static_cast<std::size_t>(count);
+    const ssize_t count = send(socket_, text.data() + done, text.size() - done, MSG_NOSIGNAL);
+    if (count < 0) return;
+    done += static_cast<std::size_t>(count);
   }
 }
 
-void Process::CloseInput() {
-  CloseOnce(input_);
-}
-
-bool Process::ReadSome(std::string& text, Clock::time_point deadline) {
-  const auto left =
-      std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-  pollfd ready{output_, POLLIN, 0};
-  if (left <= 0 || poll(&ready, 1, static_cast<int>(left)) == 0) {
-    throw std::runtime_error("no answer within a minute; so far: " + text);
-  }
-  char buffer[65536];
-  const ssize_t count = read(output_, buffer, sizeof buffer);
-  if (count < 0 && errno != EINTR) Fail("read");
-  if (count > 0) text.append(buffer, static_cast<std::size_t>(count));
-  return count != 0;
-}
-
-std::string Process::ReadUntil(const std::function<bool(const std::string&)>& complete) {
-  const auto deadline = Clock::now() + kPatience;
+std::string Process::ReadUntil(const std::string& end) const {
   std::string text;
-  while (!complete(text) && ReadSome(text, deadline)) {
-  }
+  std::array<char, 4096> buffer;
+  do {
+    const ssize_t count = read(socket_, buffer.data(), buffer.size());
+    if (count <= 0) break;
+    text.append(buffer.data(), static_cast<std::size_t>(count));
+  } while (end.empty() || text.size() < end.size() ||
+           text.compare(text.size() - end.size(), end.size(), end) != 0);
   return text;
 }
 
-std::string Process::ReadAll() {
-  CloseInput();
-  return ReadUntil([](const std::string&) { return false; });
+std::string Process::ReadAll() const {
+  shutdown(socket_, SHUT_WR);
+  return ReadUntil("");
 }
 
-void Process::Signal(int number) const {
-  kill(pid_, number);
-}
-
-int Process::Wait() {
-  const auto deadline = Clock::now() + kPatience;
+int Process::Wait(int signal) {
   int status = 0;
-  while (waitpid(pid_, &status, WNOHANG) == 0) {
-    if (Clock::now() > deadline) throw std::runtime_error("the process does not end");
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  if (pid_ > 0) {
+    kill(pid_, signal);
+    waitpid(pid_, &status, 0);
   }
   pid_ = -1;
   return status;

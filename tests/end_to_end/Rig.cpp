@@ -1,11 +1,14 @@
 #include "tests/end_to_end/Rig.h"
 
+#include <gtest/gtest.h>
+#include <picojson.h>
 #include <sys/wait.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <stdexcept>
 
 #include "NativeProcess/URLEncoder.h"
@@ -14,96 +17,59 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Escaped(const std::string& text) {
-  std::string xml;
-  for (const char c : text) {
-    if (c == '&') {
-      xml += "&amp;";
-    } else if (c == '<') {
-      xml += "&lt;";
-    } else {
-      xml += c;
-    }
-  }
-  return xml;
-}
-
 std::string Entry(const std::string& key, const std::string& text) {
-  return "<key>" + key + "</key><string>" + Escaped(text) + "</string>";
+  const std::string escaped = std::regex_replace(text, std::regex("&"), "&amp;");
+  return "<key>" + key + "</key><string>" + escaped + "</string>";
 }
 
-// Whether text is one whole answer: an object with all its braces, or the words of a refusal.
-bool IsWholeAnswer(const std::string& text) {
-  if (text == "syntax error") return true;
-  int depth = 0;
-  bool quoted = false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (quoted && text[i] == '\\') {
-      ++i;
-    } else if (text[i] == '"') {
-      quoted = !quoted;
-    } else if (!quoted && text[i] == '{') {
-      ++depth;
-    } else if (!quoted && text[i] == '}' && --depth == 0) {
-      return true;
-    }
-  }
-  return false;
+std::vector<std::string> PrinterCommand(const std::string& model,
+                                        const std::vector<std::string>& options) {
+  std::vector<std::string> command{VIRTUAL_PRINTER, "--model", model};
+  command.insert(command.end(), options.begin(), options.end());
+  return command;
+}
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (fs::temp_directory_path() / "worker-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp: " + name);
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
 VirtualPrinter::VirtualPrinter(const std::string& model, const std::vector<std::string>& options)
-    : model_(model) {
-  std::vector<std::string> command{VIRTUAL_PRINTER, "--model", model};
-  command.insert(command.end(), options.begin(), options.end());
-  process_ = std::make_unique<Process>(command, Process::Environment{}, folder_.path() / "trace");
-  const std::string line = process_->ReadUntil(
-      [](const std::string& text) { return text.find('\n') != std::string::npos; });
+    : process_(PrinterCommand(model, options), "/dev/stderr") {
   picojson::value ready;
-  const std::string error = picojson::parse(ready, line);
-  if (!error.empty()) throw std::runtime_error("virtual-printer: " + error + Trace());
-  snmp_ = static_cast<int>(ready.get("snmp").get<double>());
-  raw_ = static_cast<int>(ready.get("raw").get<double>());
+  const std::string error = picojson::parse(ready, process_.ReadUntil("\n"));
+  if (!error.empty()) throw std::runtime_error("virtual-printer: " + error);
+  uri_ = "socket://127.0.0.1:" + ready.get("raw").to_str() + "?snmp=" + ready.get("snmp").to_str();
 }
 
 std::string VirtualPrinter::Uri(const std::string& furtherOptions) const {
-  std::string uri = "socket://127.0.0.1:" + std::to_string(raw_) + "?snmp=" + std::to_string(snmp_);
-  if (!furtherOptions.empty()) uri += "&" + furtherOptions;
-  return uri;
+  return furtherOptions.empty() ? uri_ : uri_ + '&' + furtherOptions;
 }
 
 bool VirtualPrinter::Stop() {
-  process_->Signal(SIGTERM);
-  const int status = process_->Wait();
+  const int status = process_.Wait(SIGTERM);
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-std::string VirtualPrinter::Trace() const {
-  return ReadFile(folder_.path() / "trace");
-}
-
 WorkerFolder::WorkerFolder(const std::vector<ListedPrinter>& printers) {
-  const fs::path products(PRODUCTS_FOLDER);
-  for (const char* name : {"PrinterNativeProcess", "libCoreFoundation.so", "ZIO"}) {
-    fs::copy(products / name, path() / name, fs::copy_options::recursive);
+  std::string name = (fs::temp_directory_path() / "worker-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp: " + name);
+  path_ = name;
+  for (const char* product : {"PrinterNativeProcess", "libCoreFoundation.so", "ZIO"}) {
+    fs::copy(fs::path(PRODUCTS_FOLDER) / product, path_ / product, fs::copy_options::recursive);
   }
   List(printers);
 }
 
+WorkerFolder::~WorkerFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+}
+
 void WorkerFolder::List(const std::vector<ListedPrinter>& printers) const {
-  std::ofstream list(path() / "SupportPrinterList.xml");
+  std::ofstream list(path_ / "SupportPrinterList.xml");
   list << R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>)"
        << "<key>Printers</key><array>";
   for (const ListedPrinter& printer : printers) {
@@ -114,32 +80,44 @@ void WorkerFolder::List(const std::vector<ListedPrinter>& printers) const {
   list << "</array></dict></plist>";
 }
 
-std::unique_ptr<Process> WorkerFolder::Start() const {
-  return std::make_unique<Process>(
-      std::vector<std::string>{(path() / "PrinterNativeProcess").string()},
-      Process::Environment{{"XDG_CONFIG_HOME", (path() / "config").string()}}, ErrorFile());
+Process WorkerFolder::Start() const {
+  const std::string defaults = "XDG_CONFIG_HOME=" + (path_ / "config").string();
+  return {{"env", defaults, path_ / "PrinterNativeProcess"}, path_ / "errors"};
 }
 
-Outcome WorkerFolder::Run(const std::vector<std::string>& requests) const {
-  std::string input;
-  for (const std::string& request : requests) input += URLEncoder::encode(request) + '\n';
-  return RunRaw(input);
+Outcome WorkerFolder::Run(const std::string& input) const {
+  fs::remove(path_ / "errors");
+  Process process = Start();
+  process.Write(input);
+  const std::string output = process.ReadAll();
+  const int status = process.Wait();
+  return {output, ReadFile(path_ / "errors"), status};
 }
 
-Outcome WorkerFolder::RunRaw(const std::string& input) const {
-  fs::remove(ErrorFile());
-  const std::unique_ptr<Process> process = Start();
-  process->Write(input);
-  Outcome outcome;
-  outcome.output = process->ReadAll();
-  outcome.status = process->Wait();
-  outcome.errors = ReadFile(ErrorFile());
-  return outcome;
+std::string Line(const std::string& json) {
+  return URLEncoder::encode(json) + '\n';
 }
 
-std::string KeptWorker::Ask(const std::string& json) {
-  process_->Write(URLEncoder::encode(json) + '\n');
-  return process_->ReadUntil(IsWholeAnswer);
+// An answer has no end of its own: that to a line which is no request marks it.
+std::string Ask(const Process& worker, const std::string& json) {
+  const std::string end = "syntax error";
+  worker.Write(Line(json) + Line("null"));
+  const std::string answer = worker.ReadUntil(end);
+  return answer.substr(0, answer.rfind(end));
+}
+
+Studio::Studio(const std::string& device, const std::vector<std::string>& printerOptions,
+               const std::string& uriOptions)
+    : device_(device),
+      printer_(device, printerOptions),
+      folder_({{"Studio", device, printer_.Uri(uriOptions)}}),
+      worker_(folder_.Start()) {
+  EXPECT_EQ(::Ask(worker_, kList), R"({"GetPrinterList":0,"Reply":{"DeviceName":")" + device +
+                                       R"(","PrinterName":"Studio"}})");
+}
+
+std::string Studio::Ask(const std::string& command, const std::string& parameter) const {
+  return ::Ask(worker_, Request(command, "Studio", device_, parameter));
 }
 
 std::string Request(const std::string& command, const std::string& printer,
@@ -150,7 +128,6 @@ std::string Request(const std::string& command, const std::string& printer,
   return json + '}';
 }
 
-std::string ReadFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+std::string Document(const std::string& page) {
+  return ReadFile(fs::path(DOCUMENTS_FOLDER) / page);
 }

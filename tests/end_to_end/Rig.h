@@ -2,28 +2,13 @@
 #ifndef TESTS_END_TO_END_RIG_H_
 #define TESTS_END_TO_END_RIG_H_
 
-#include <picojson.h>
-
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "tests/end_to_end/Process.h"
 
-// A folder that goes with its owner.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
+constexpr char kList[] = R"({"Command":"GetPrinterList"})";
 
 // A running virtual printer on free loopback ports.
 class VirtualPrinter {
@@ -33,20 +18,12 @@ class VirtualPrinter {
   // socket://127.0.0.1:RAW?snmp=PORT and further options of the device URI.
   std::string Uri(const std::string& furtherOptions = "") const;
 
-  const std::string& model() const { return model_; }
-
   // Ends the printer in order, with its state saved; true when it ended well.
   bool Stop();
 
-  // What the printer has written to standard error so far.
-  std::string Trace() const;
-
  private:
-  TemporaryFolder folder_;
-  std::string model_;
-  std::unique_ptr<Process> process_;
-  int snmp_ = 0;
-  int raw_ = 0;
+  Process process_;
+  std::string uri_;
 };
 
 // One entry of the supported-printer list.
@@ -63,47 +40,55 @@ struct Outcome {
   int status;  // as waitpid gives it
 };
 
-// A copy of the shipped folder with a supported-printer list of its own and its own defaults.
+// A copy of the shipped folder with a supported-printer list of its own and its own defaults, which
+// goes with its owner.
 class WorkerFolder {
  public:
   explicit WorkerFolder(const std::vector<ListedPrinter>& printers);
+  ~WorkerFolder();
+  WorkerFolder(const WorkerFolder&) = delete;
+  WorkerFolder& operator=(const WorkerFolder&) = delete;
 
   // Replaces the list; what a search has stored stays until the next one.
   void List(const std::vector<ListedPrinter>& printers) const;
 
-  // Runs the worker over the lines of JSON, one after the other, each encoded as its host does.
-  Outcome Run(const std::vector<std::string>& requests) const;
+  Process Start() const;
 
-  // Runs the worker over raw bytes.
-  Outcome RunRaw(const std::string& input) const;
+  // Runs the worker over input.
+  Outcome Run(const std::string& input) const;
 
-  std::unique_ptr<Process> Start() const;
-
-  const std::filesystem::path& path() const { return folder_.path(); }
-  std::filesystem::path ErrorFile() const { return folder_.path() / "errors"; }
+  const std::filesystem::path& path() const { return path_; }
 
  private:
-  TemporaryFolder folder_;
+  std::filesystem::path path_;
 };
 
-// A worker that is kept running.
-class KeptWorker {
+// The line on which a host sends JSON.
+std::string Line(const std::string& json);
+
+// Sends one well-formed request to a running worker and returns its whole answer.
+std::string Ask(const Process& worker, const std::string& json);
+
+// A printer named "Studio" and a worker that has listed it.
+class Studio {
  public:
-  explicit KeptWorker(const WorkerFolder& folder) : process_(folder.Start()) {}
+  Studio(const std::string& device, const std::vector<std::string>& printerOptions,
+         const std::string& uriOptions = "");
 
-  // Sends one request and returns its whole answer.
-  std::string Ask(const std::string& json);
-
-  Process& process() { return *process_; }
+  std::string Ask(const std::string& command, const std::string& parameter) const;
 
  private:
-  std::unique_ptr<Process> process_;
+  std::string device_;
+  VirtualPrinter printer_;
+  WorkerFolder folder_;
+  Process worker_;
 };
 
 // Builds the text of a request. parameter is JSON; empty leaves the member out.
 std::string Request(const std::string& command, const std::string& printer,
                     const std::string& device, const std::string& parameter = "");
 
-std::string ReadFile(const std::filesystem::path& path);
+// The text of a page of docs/.
+std::string Document(const std::string& page);
 
 #endif  // TESTS_END_TO_END_RIG_H_
