@@ -104,17 +104,19 @@ TEST(Server, AnswersStreamsSideBySide) {
 // A host may send all its commands and close its side before it reads: it is held back while its
 // replies wait, and still gets all of them, then the end.
 TEST(Server, AnswersBeforeItCloses) {
-  constexpr std::size_t kCommands = 20000;
+  constexpr std::size_t kCommands = 60000;
   constexpr std::size_t kReplySize = 239;
-  for (const char* fault : {"delay=0", "delay=50"}) {
+  for (const char* fault : {"delay=0", "delay=5"}) {
     RunningPrinter printer({fault});
     const FileDescriptor host = printer.Connect();
     Send(host, Remote(std::vector<Bytes>(kCommands, Read("370380"))));
     Send(host, Bytes(kEnter.begin(), kEnter.end() - 1));  // incomplete
     EXPECT_EQ(shutdown(host.Get(), SHUT_WR), 0);
     const FileDescriptor other = printer.Connect();
-    Send(other, Remote({kNothing}));
-    EXPECT_EQ(ReadText(other, 6), "XX:NA;");
+    for (int i = 0; i < 100; ++i) {  // other hosts are served meanwhile
+      Send(other, Remote({kNothing}));
+      EXPECT_EQ(ReadText(other, 6), "XX:NA;");
+    }
     EXPECT_EQ(ReadText(host, kCommands * kReplySize + 1).size(), kCommands * kReplySize);
   }
 }

@@ -112,6 +112,7 @@ TEST(SnmpAgent, IgnoresWhatIsNoRequest) {
       {"sub-identifier without its end", Request("06022B81")},
       {"empty identifier", Request("0600")},
       {"no value", Message("A0", Element("30", kSysDescr))},
+      {"two values", Message("A0", Element("30", kSysDescr + "05000500"))},
       {"high tag number", "3F26020100" + kOrchid + pdu},
   };
   TestAgent agent;

@@ -50,6 +50,7 @@ TEST(StateFile, IsReadWholeOrNotAtAll) {
       {"\"flag\": 0", "\"flag\": -1"},
       {"\"flag\": 0", "\"flag\": \"\""},
       {"2020", "20"},
+      {"2020", "202020"},
       {"2020", "20G0"},
       {"\"settings\"", "\"setting\""},
       {"Ostrel", "Lunde"},
