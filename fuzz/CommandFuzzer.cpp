@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <sstream>
 #include <utility>
 
 #include "GantryCore/CommandConvertTable.h"
@@ -141,6 +142,12 @@ bool Agrees(const std::string& name, const Ravik::value& given, const Ravik::val
          SameByte(sent, static_cast<int>(byte));
 }
 
+std::string Text(const ParameterMapVO& values) {
+  std::ostringstream text;
+  text << values;
+  return text.str();
+}
+
 class Session {
  public:
   explicit Session(const std::string& device_name)
@@ -153,23 +160,23 @@ class Session {
     return printer_.Execute(VirtualPrinter::Port::kRaw, command);
   }
 
-  // Reads the record that the variable part of a write names.
-  Bytes Read(COMMAND_KEY key, const Bytes& variable, ParameterMapVO& values) {
+  // What is read of the record that the variable part of a write names.
+  ParameterMapVO Read(COMMAND_KEY key, const Bytes& variable) {
     ParameterMapVO parameters;
     parameters.insert(Ravik::CUSTOMMEDIA_NUMBER, variable[1]);
     parameters.insert(Ravik::CUSTOMMEDIA_CMDVERSION, variable[2]);
-    Bytes reply = Execute(Built(device_name_, key, parameters));
+    const Bytes reply = Execute(Built(device_name_, key, parameters));
+    ParameterMapVO values;
     auto error = Ravik::ERROR_NONE;
     FUZZ_CHECK(Ravik::CPrinterReply::AnalysisCommandReply(
         device_name_, key, {reply.data(), static_cast<int>(reply.size())}, values, error));
-    return reply;
+    return values;
   }
 
-  // What was written is read back, and writing what is read changes nothing.
+  // What was written is read back, and writing what is read changes nothing of that.
   void CheckRecord(COMMAND_KEY key, const ParameterMapVO& given, const Bytes& variable) {
     const COMMAND_KEY read_key = kLayoutOfWrite.at(key).read_key;
-    ParameterMapVO values;
-    const Bytes record = Read(read_key, variable, values);
+    const ParameterMapVO values = Read(read_key, variable);
     const auto& layout = *VirtualPrinter::FindLayout(family_, variable[2]);
     for (std::size_t i = 0; i < layout.settings; ++i) {
       const std::string name = VirtualPrinter::SettingName(family_, layout, i);
@@ -181,8 +188,7 @@ class Session {
     }
     const Bytes reply = Execute(Built(device_name_, key, values));
     FUZZ_CHECK(reply == VirtualPrinter::ToBytes("EX:0000001BOK;"));
-    ParameterMapVO again;
-    FUZZ_CHECK(Read(read_key, variable, again) == record);
+    FUZZ_CHECK(Text(Read(read_key, variable)) == Text(values));
   }
 
  private:
