@@ -30,6 +30,7 @@ std::size_t LastSeparator(const std::string& path) {
 
 // The path as a URL spells it, UTF-8; empty when it cannot be told.
 std::string NormalizedPath(const std::string& path) {
+  if (path.empty()) return {};
   const CFRef<CFURLRef> url(CFURLCreateFromFileSystemRepresentation(
       kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path.data()),
       static_cast<CFIndex>(path.size()), false));

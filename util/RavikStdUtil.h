@@ -18,7 +18,8 @@ class StdUtil {
   static std::string GetCurrentPath(const std::string& path);
 
   // The executable's directory with its trailing "/". Empty when the platform does not tell the
-  // path, or when the path is longer than 254 bytes and not plain ASCII.
+  // path, when the path is not valid UTF-8, or when it is longer than 254 bytes and not plain
+  // ASCII.
   static std::string GetModuleDir();
 
   // The path without its last character if that is a separator; only one is removed.

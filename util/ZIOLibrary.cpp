@@ -7,9 +7,10 @@
 namespace {
 
 CFRef<CFStringRef> PathBesideExecutable(const char* name) {
-  const std::string path = Ravik::StdUtil::GetModuleDir() + name;
-  return CFRef<CFStringRef>(
-      CFStringCreateWithCString(kCFAllocatorDefault, path.c_str(), kCFStringEncodingUTF8));
+  const std::string directory = Ravik::StdUtil::GetModuleDir();
+  if (directory.empty()) return {};
+  return CFRef<CFStringRef>(CFStringCreateWithCString(
+      kCFAllocatorDefault, (directory + name).c_str(), kCFStringEncodingUTF8));
 }
 
 }  // namespace

@@ -6,7 +6,8 @@
 
 #include "corefoundation/Foundation.h"
 
-// Both paths begin with StdUtil::GetModuleDir; they are null if that is not valid UTF-8.
+// Both paths begin with StdUtil::GetModuleDir. They are null when that is empty: a path without it
+// would lead to whatever lies in the working directory, and a plug-in is code.
 class ZIOLibrary {
  public:
   // Path of the I/O plug-in's bundle, "ZIO/ZIOP.plugin".

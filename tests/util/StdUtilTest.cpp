@@ -62,12 +62,19 @@ TEST_F(StdUtilTest, SplitsPathsAtTheLastBackslashElseTheLastSlash) {
   }
 }
 
-TEST_F(StdUtilTest, FindsFilesBesideTheExecutable) {
+TEST_F(StdUtilTest, FindsFilesBesideTheExecutableAndNeverInTheWorkingDirectory) {
   const std::string ascii = "/" + std::string(200, 'a');
-  for (const std::string& name : {ascii + ascii, std::string("/\xE6\x97\xA5")}) {
+  const std::pair<std::string, bool> cases[] = {
+      {ascii + ascii, true},                                  // longer than the text buffer
+      {"/\xE6\x97\xA5", true},                                // beyond ASCII
+      {ascii + "\xE6\x97\xA5" + ascii, false},                // both
+      {"/\xFF", false},                                       // ill-formed
+      {ascii + ascii + ascii + ascii + ascii + "b", false}};  // longer than the path buffer
+  for (const auto& [name, found] : cases) {
     const std::string directory = std::filesystem::canonical(folder_).string() + name + "/";
-    EXPECT_EQ(PathsPrintedIn(name),
-              (directory + "ZIO/ZIOP.plugin\n").append(directory + "SupportPrinterList.xml\n"));
+    const std::string paths =
+        (directory + "ZIO/ZIOP.plugin\n").append(directory + "SupportPrinterList.xml\n");
+    EXPECT_EQ(PathsPrintedIn(name), found ? paths : "\n\n");
   }
 }
 
