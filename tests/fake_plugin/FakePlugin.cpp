@@ -1,53 +1,47 @@
-// The plug-in's side: the factory and the two function tables.
+#include "tests/fake_plugin/FakePlugin.h"
+
 #include <CoreFoundation/CFPlugInCOM.h>
+#include <stdlib.h>
 
 #include <algorithm>
 #include <cstring>
-#include <string>
+#include <filesystem>
+#include <system_error>
+#include <utility>
 
-#include "tests/fake_plugin/FakePluginState.h"
-
+namespace fake_plugin {
 namespace {
 
-using fake_plugin::state;
-
-// An interface or the instance; counted, so that a test sees what was not released.
-struct Counted {
-  Counted() { ++state().live_objects; }
-  ~Counted() { --state().live_objects; }
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
-};
+Script the_script;
+PortRecord last_port;
+std::vector<std::string> calls;
+int live_objects = 0;  // instances and interfaces
 
 struct Port {
   ZIOPortInterface interface;
   ZIOErrorCallback error_callback = nullptr;
   void* context = nullptr;
-  std::string written{};  // since the last read
-  std::string answer{};   // what the last ioctl handed over
-  Counted counted{};
-};
-
-struct PortInfo {
-  ZIOPortInfoInterface interface;
-  Counted counted{};
+  std::string answer{};  // what the last ioctl handed over
 };
 
 struct Instance {
   const IUnknownVTbl* table;
   ULONG references = 1;
-  Counted counted{};
 };
 
 Port* Self(ZIOPortInterface* self) {
   return reinterpret_cast<Port*>(self);
 }
 
-std::string Hex(const char* bytes, int64_t length) {
+std::string Bytes(const char* bytes, int64_t length) {
+  return {bytes, bytes + length};
+}
+
+std::string Hex(const std::string& bytes) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   std::string text;
-  for (int64_t i = 0; i < length; ++i) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
     text += kDigits[byte >> 4];
     text += kDigits[byte & 0x0F];
   }
@@ -56,27 +50,26 @@ std::string Hex(const char* bytes, int64_t length) {
 
 // Logs the call and answers its scripted result.
 int Called(const std::string& name, const std::string& arguments = {}) {
-  state().calls.push_back(arguments.empty() ? name : name + " " + arguments);
-  const auto& results = state().script.results;
-  const auto result = results.find(name);
-  return result == results.end() ? 0 : result->second;
+  calls.push_back(arguments.empty() ? name : name + " " + arguments);
+  const auto result = the_script.results.find(name);
+  return result == the_script.results.end() ? 0 : result->second;
 }
 
-int Called(const Port* port, const std::string& name, const std::string& arguments = {}) {
+int Called(ZIOPortInterface* self, const std::string& name, const std::string& arguments = {}) {
   const int result = Called(name, arguments);
-  if (state().script.error_in == name) {
-    char message[] = "out of paper";
-    const int answer = port->error_callback(port->context, result, message);
-    state().calls.push_back("callback " + std::to_string(answer));
+  const Port& port = *Self(self);
+  char message[] = "out of paper";
+  if (result != 0) {
+    last_port.callback_answer = port.error_callback(port.context, result, message);
   }
   return result;
 }
 
 std::string NextReply(const std::string& sent) {
-  auto& script = state().script;
-  if (script.replies.empty()) return script.responder ? script.responder(sent) : std::string();
-  std::string reply = script.replies.front();
-  script.replies.pop_front();
+  auto& replies = the_script.replies;
+  if (replies.empty()) return the_script.responder ? the_script.responder(sent) : std::string();
+  std::string reply = replies.front();
+  replies.pop_front();
   return reply;
 }
 
@@ -87,162 +80,120 @@ long Deliver(const std::string& reply, char* buffer, int64_t capacity) {
   return length;
 }
 
-int PortRelease(ZIOPortInterface* self) {
-  const int result = Called(Self(self), "release");
-  delete Self(self);
-  return result;
+int Initialise(ZIOPortInterface* self, int version, const ZIOOpenParameter* parameter) {
+  Self(self)->error_callback = parameter->errorCallback;
+  Self(self)->context = parameter->context;
+  last_port = {parameter->pluginPath, parameter->context};
+  const CFDataRef address = parameter->portInformation;
+  const auto* const bytes = reinterpret_cast<const char*>(CFDataGetBytePtr(address));
+  const bool reserved = parameter->reserved1 != nullptr || parameter->reserved2 != nullptr;
+  return Called(self, "initialise",
+                std::to_string(version) + " " + Hex(Bytes(bytes, CFDataGetLength(address))) +
+                    (reserved ? " reserved" : ""));
 }
 
-int PortInitialise(ZIOPortInterface* self, int version, const ZIOOpenParameter* parameter) {
-  Port* const port = Self(self);
-  port->error_callback = parameter->errorCallback;
-  port->context = parameter->context;
-  state().path = parameter->pluginPath;
-  state().context = parameter->context;
-  std::string arguments = std::to_string(version);
-  if (parameter->portInformation != nullptr) {
-    arguments +=
-        " " + Hex(reinterpret_cast<const char*>(CFDataGetBytePtr(parameter->portInformation)),
-                  CFDataGetLength(parameter->portInformation));
-  }
-  if (parameter->reserved1 != nullptr || parameter->reserved2 != nullptr) arguments += " reserved";
-  return Called(port, "initialise", arguments);
-}
-
-int PortTerminate(ZIOPortInterface* self) {
-  return Called(Self(self), "terminate");
-}
-
-int PortOpen(ZIOPortInterface* self) {
-  return Called(Self(self), "open");
-}
-
-int PortClose(ZIOPortInterface* self) {
-  return Called(Self(self), "close");
-}
-
-void HandOver(Port* port, ZIOSnmpExchange* block) {
-  port->answer = NextReply(std::string(block->request, static_cast<size_t>(block->requestLength)));
-  const auto length = static_cast<int64_t>(port->answer.size());
+int Exchange(ZIOPortInterface* self, long selector, void* argument) {
+  auto* const block = static_cast<ZIOSnmpExchange*>(argument);
+  const std::string request = Bytes(block->request, block->requestLength);
+  const int result = Called(
+      self, "ioctl",
+      std::to_string(selector) + " " + Hex(request) + " " + std::to_string(block->answerLength));
+  if (result != 0) return result;
+  std::string& answer = Self(self)->answer;
+  answer = NextReply(request);
+  const auto length = static_cast<int64_t>(answer.size());
   if (length > block->answerLength) {
-    block->answer = port->answer.data();
+    block->answer = answer.data();
   } else {
-    Deliver(port->answer, block->answer, block->answerLength);
+    Deliver(answer, block->answer, length);
   }
   block->answerLength = length;
+  if (the_script.on_exchange) the_script.on_exchange(*block);
+  return result;
 }
 
-int PortIOCTL(ZIOPortInterface* self, long selector, void* argument) {
-  auto* const block = static_cast<ZIOSnmpExchange*>(argument);
+int Read(ZIOPortInterface* self, char* buffer, long* length) {
+  const int result = Called(self, "read", std::to_string(*length));
+  if (result == 0) *length = Deliver(NextReply({}), buffer, *length);
+  return result;
+}
+
+int Status(ZIOPortInterface* self, char* buffer) {
+  const int result = Called(self, "status");
+  if (result == 0) Deliver(the_script.status, buffer, ZIO_STATUS_BUFFER_SIZE);
+  return result;
+}
+
+int Control(ZIOPortInterface* self, ControlElement* block) {
+  const std::string command = Bytes(block->command, block->commandLength);
   const int result =
-      Called(Self(self), "ioctl",
-             std::to_string(selector) + " " + Hex(block->request, block->requestLength) + " " +
-                 std::to_string(block->answerLength));
-  if (result != 0) return result;
-  HandOver(Self(self), block);
-  if (state().script.on_exchange) state().script.on_exchange(*block);
+      Called(self, "control", Hex(command) + " " + std::to_string(block->replyLength));
+  if (result == 0) Deliver(NextReply(command), block->reply, block->replyLength);
   return result;
 }
 
-int PortCancel(ZIOPortInterface* self) {
-  return Called(Self(self), "cancel");
-}
-
-int PortWrite(ZIOPortInterface* self, char* bytes, long* length) {
-  const int result = Called(Self(self), "write", Hex(bytes, *length));
-  if (result == 0 && *length > 0) {
-    Self(self)->written.append(bytes, static_cast<size_t>(*length));
-  }
-  return result;
-}
-
-int PortFlush(ZIOPortInterface* self, unsigned char flag) {
-  return Called(Self(self), "flush", std::to_string(flag));
-}
-
-int PortTab(ZIOPortInterface* self) {
-  return Called(Self(self), "tab");
-}
-
-int PortStatus(ZIOPortInterface* self, char* buffer) {
-  const int result = Called(Self(self), "status");
-  if (result == 0) Deliver(state().script.status, buffer, ZIO_STATUS_BUFFER_SIZE);
-  return result;
-}
-
-int PortRead(ZIOPortInterface* self, char* buffer, long* length) {
-  const int result = Called(Self(self), "read", std::to_string(*length));
-  if (result != 0) return result;
-  *length = Deliver(NextReply(Self(self)->written), buffer, *length);
-  Self(self)->written.clear();
-  return result;
-}
-
-int PortControl(ZIOPortInterface* self, ControlElement* block) {
-  const int result =
-      Called(Self(self), "control",
-             Hex(block->command, block->commandLength) + " " + std::to_string(block->replyLength));
-  if (result != 0) return result;
-  const std::string sent(block->command == nullptr ? "" : block->command,
-                         static_cast<size_t>(block->commandLength));
-  Deliver(NextReply(sent), block->reply, block->replyLength);
-  return result;
-}
-
-int PortGetInfo(ZIOPortInterface* self, ZIOXInfo* /*info*/) {
-  return Called(Self(self), "getInfo");
+int Release(ZIOPortInterface* self) {
+  delete Self(self);
+  --live_objects;
+  return Called("release");
 }
 
 constexpr ZIOPortTable kPortTable = {
-    nullptr,   PortRelease, PortInitialise, PortTerminate, PortOpen,
-    PortClose, PortIOCTL,   PortCancel,     PortWrite,     PortFlush,
-    PortTab,   PortStatus,  PortRead,       PortControl,   PortGetInfo,
+    nullptr,
+    Release,
+    Initialise,
+    [](ZIOPortInterface* self) { return Called(self, "terminate"); },
+    [](ZIOPortInterface* self) { return Called(self, "open"); },
+    [](ZIOPortInterface* self) { return Called(self, "close"); },
+    Exchange,
+    [](ZIOPortInterface* self) { return Called(self, "cancel"); },
+    [](ZIOPortInterface* self, char* bytes, long* length) {
+      return Called(self, "write", Hex(Bytes(bytes, *length)));
+    },
+    [](ZIOPortInterface* self, unsigned char flag) {
+      return Called(self, "flush", std::to_string(flag));
+    },
+    [](ZIOPortInterface* self) { return Called(self, "tab"); },
+    Status,
+    Read,
+    Control,
+    [](ZIOPortInterface* self, ZIOXInfo* /*info*/) { return Called(self, "getInfo"); },
 };
-
-int InfoRelease(ZIOPortInfoInterface* self) {
-  const int result = Called("info.release");
-  delete reinterpret_cast<PortInfo*>(self);
-  return result;
-}
-
-int InfoInitialise(ZIOPortInfoInterface* /*self*/, int version, CFDictionaryRef /*information*/) {
-  return Called("info.initialise", std::to_string(version));
-}
-
-int InfoTerminate(ZIOPortInfoInterface* /*self*/) {
-  return Called("info.terminate");
-}
-
-CFDictionaryRef InfoGetList(ZIOPortInfoInterface* /*self*/) {
-  Called("info.getList");
-  return static_cast<CFDictionaryRef>(state().script.list.get());
-}
 
 constexpr ZIOPortInfoTable kPortInfoTable = {
-    nullptr, InfoRelease, InfoInitialise, InfoTerminate, InfoGetList,
+    nullptr,
+    [](ZIOPortInfoInterface* self) {
+      delete self;
+      --live_objects;
+      return Called("info.release");
+    },
+    [](ZIOPortInfoInterface* /*self*/, int version, CFDictionaryRef /*information*/) {
+      return Called("info.initialise", std::to_string(version));
+    },
+    [](ZIOPortInfoInterface* /*self*/) { return Called("info.terminate"); },
+    [](ZIOPortInfoInterface* /*self*/) {
+      Called("info.getList");
+      return static_cast<CFDictionaryRef>(the_script.list.get());
+    },
 };
 
-bool IsInterface(CFUUIDBytes id, CFStringRef text) {
-  const CFRef<CFUUIDRef> wanted(CFUUIDCreateFromString(kCFAllocatorDefault, text));
-  const CFUUIDBytes bytes = CFUUIDGetUUIDBytes(wanted.get());
-  return std::memcmp(&id, &bytes, sizeof(bytes)) == 0;
-}
-
-std::string InterfaceName(CFUUIDBytes id) {
-  if (IsInterface(id, CFSTR(ZIO_PORT_INTERFACE_ID))) return "port";
-  if (IsInterface(id, CFSTR(ZIO_PORT_INFO_INTERFACE_ID))) return "info";
-  if (IsInterface(id, CFSTR("00000000-0000-0000-C000-000000000046"))) return "unknown";
-  return "other";
-}
-
 HRESULT QueryInterface(void* self, CFUUIDBytes id, void** interface) {
-  const std::string name = InterfaceName(id);
+  const auto asked = [&id](CFStringRef text) {
+    const CFRef<CFUUIDRef> wanted(CFUUIDCreateFromString(kCFAllocatorDefault, text));
+    const CFUUIDBytes bytes = CFUUIDGetUUIDBytes(wanted.get());
+    return std::memcmp(&id, &bytes, sizeof(bytes)) == 0;
+  };
+  const std::string name = asked(CFSTR(ZIO_PORT_INTERFACE_ID))                    ? "port"
+                           : asked(CFSTR(ZIO_PORT_INFO_INTERFACE_ID))             ? "info"
+                           : asked(CFSTR("00000000-0000-0000-C000-000000000046")) ? "unknown"
+                                                                                  : "other";
   *interface = self;  // a refusal leaves something behind, which must not be taken
   const int result = Called("QueryInterface", name);
   if (result != 0) return result;
   if (name == "port") *interface = new Port{{&kPortTable}};
-  if (name == "info") *interface = new PortInfo{{&kPortInfoTable}};
+  if (name == "info") *interface = new ZIOPortInfoInterface{&kPortInfoTable};
   if (name == "unknown") ++static_cast<Instance*>(self)->references;
+  if (name == "port" || name == "info") ++live_objects;
   return name == "other" ? E_NOINTERFACE : S_OK;
 }
 
@@ -251,21 +202,72 @@ ULONG AddRef(void* self) {
   return ++static_cast<Instance*>(self)->references;
 }
 
-ULONG Release(void* self) {
+ULONG ReleaseInstance(void* self) {
   Called("Release");
   auto* const instance = static_cast<Instance*>(self);
   const ULONG left = --instance->references;
-  if (left == 0) delete instance;
+  if (left == 0) {
+    delete instance;
+    --live_objects;
+  }
   return left;
 }
 
-constexpr IUnknownVTbl kInstanceTable = {nullptr, QueryInterface, AddRef, Release};
+constexpr IUnknownVTbl kInstanceTable = {nullptr, QueryInterface, AddRef, ReleaseInstance};
+
+// Keeps the user's real defaults out of the tests, from the first use to the end of the process.
+struct TemporaryDefaults {
+  TemporaryDefaults() {
+    if (mkdtemp(folder.data()) == nullptr) abort();
+    setenv("XDG_CONFIG_HOME", folder.c_str(), 1);
+  }
+  ~TemporaryDefaults() {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
+  }
+  TemporaryDefaults(const TemporaryDefaults&) = delete;
+  TemporaryDefaults& operator=(const TemporaryDefaults&) = delete;
+
+  std::string folder = std::filesystem::temp_directory_path() / "defaults-XXXXXX";
+};
 
 }  // namespace
 
-extern "C" FAKE_PLUGIN_API void* FakePluginFactory(CFAllocatorRef /*allocator*/,
-                                                   CFUUIDRef /*type*/) {
-  Called("factory");
-  if (state().script.factory_fails) return nullptr;
+extern "C" void* FakePluginFactory(CFAllocatorRef /*allocator*/, CFUUIDRef /*type*/) {
+  if (Called("factory") != 0) return nullptr;
+  ++live_objects;
   return new Instance{&kInstanceTable};
 }
+
+Script& script() {
+  return the_script;
+}
+
+const PortRecord& LastPort() {
+  return last_port;
+}
+
+std::vector<std::string> TakeCalls() {
+  return std::exchange(calls, {});
+}
+
+std::string TakeLog() {
+  std::string log;
+  for (const std::string& call : TakeCalls()) log += (log.empty() ? "" : ", ") + call;
+  return log;
+}
+
+int LiveObjects() {
+  return live_objects;
+}
+
+Session::Session() {
+  static const TemporaryDefaults defaults;
+  the_script = {};
+  last_port = {};
+  calls.clear();
+  live_objects = 0;
+  StoreList(nullptr);
+}
+
+}  // namespace fake_plugin

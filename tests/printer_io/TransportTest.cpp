@@ -1,235 +1,241 @@
-// The transport: one exchange with one printer by its name.
+// The transport and its port: what they hand to the plug-in and what they take from it.
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
+#include <algorithm>
 
 #include "GantryCore/IPrinterLibrary.h"
 #include "printer_control/StatusReply.h"
+#include "printer_io/CZIOCommon.h"
 #include "tests/fake_plugin/FakePlugin.h"
 
-namespace Ravik {
 namespace {
 
-using fake_plugin::MakeArray;
-using fake_plugin::MakeData;
-using fake_plugin::MakeDictionary;
-using fake_plugin::MakeNumber;
-using fake_plugin::MakeText;
 using fake_plugin::script;
 using fake_plugin::TakeLog;
+using Ravik::CommandVO;
+using Ravik::IPrinterLibrary;
 using std::string_literals::operator""s;  // NOLINT(misc-unused-using-decls)
-using testing::EndsWith;
-using testing::StartsWith;
-
-const char* const kStartHex =
-    "1B401B28520800005245"
-    "4D4F544531";
-const char* const kEndHex = "1B000000";
+using testing::MatchesRegex;
 
 CommandVO Command(const std::string& bytes) {
   return CommandVO(bytes.data(), static_cast<int>(bytes.size()));
 }
 
-std::string Text(const CommandVO& command) {
-  return {command.bytes().begin(), command.bytes().end()};
-}
+// An open port.
+struct Port : CZIOCommon {
+  explicit Port(int type)
+      : CZIOCommon(fake_plugin::MakeData("abc").get(), fake_plugin::MakeNumber(type).get()) {
+    EXPECT_EQ(OpenPrinterPort(), 0);
+    TakeLog();
+  }
+};
 
 class TransportTest : public testing::Test {
  protected:
   TransportTest() {
     fake_plugin::StorePrinters({{"local", "D", "L", 1}, {"network", "D", "N", 4}});
   }
-  ~TransportTest() override { EXPECT_EQ(fake_plugin::LiveObjects(), 0); }
 
-  // A transport with its port open; what led there is not in the log.
-  static std::unique_ptr<IPrinterLibrary> Opened(const std::string& name) {
-    auto library = std::make_unique<IPrinterLibrary>();
-    EXPECT_TRUE(library->OpenLibrary(name));
-    TakeLog();
-    return library;
+  // Exchanges "XY" for a reply in a buffer that is exactly as long as its capacity.
+  int Exchange(CZIOCommon& port, long capacity = 512) {
+    reply_ = std::vector<char>(static_cast<std::size_t>(capacity), '.');
+    return port.SendWriteAndReadCommand(bytes_, 2, reply_.data(), capacity);
   }
 
   fake_plugin::Session plugin_;
+  std::vector<char> reply_;
+  char bytes_[8] = "XY";
 };
+
+TEST_F(TransportTest, PortFailsWithoutItsInformationOrTypeAndForImpossibleLengths) {
+  CZIOCommon no_type(fake_plugin::MakeData("abc").get(), nullptr);
+  CZIOCommon no_information(nullptr, fake_plugin::MakeNumber(4).get());
+  for (CZIOCommon* const port : {&no_type, &no_information}) {
+    EXPECT_EQ(port->OpenPrinterPort(), -1);
+    EXPECT_EQ(port->GetStatus(bytes_), -1);
+    EXPECT_EQ(port->SendWriteCommand(bytes_, 2, 1), -1);
+    EXPECT_EQ(Exchange(*port), -1);
+    EXPECT_EQ(port->SendReadCommand(bytes_, 2), -1);
+    EXPECT_EQ(port->D4_SendWriteAndReadCommand(bytes_, 2, bytes_, 2), -1);
+    port->ClosePrinterPort();
+  }
+  for (const int type : {1, 4}) {
+    Port port(type);
+    EXPECT_EQ(port.SendWriteCommand(bytes_, -1, 1), -1);
+    EXPECT_EQ(port.SendWriteCommand(nullptr, 1, 0), -1);
+    EXPECT_EQ(port.SendWriteAndReadCommand(bytes_, 8, bytes_, -1), -1);
+    EXPECT_EQ(port.SendWriteAndReadCommand(bytes_, 8, nullptr, 8), -1);
+    EXPECT_EQ(port.D4_SendWriteAndReadCommand(nullptr, 8, bytes_, 8), -1);
+    EXPECT_EQ(port.SendReadCommand(nullptr, 8), -1);
+    EXPECT_EQ(port.GetStatus(nullptr), -1);
+    EXPECT_EQ(TakeLog(), "");
+  }
+}
+
+TEST_F(TransportTest, LocalPortStopsAtTheFirstFailure) {
+  Port port(1);
+  const std::pair<std::string, const char*> cases[] = {{"write", "write 5859"},
+                                                       {"flush", "write 5859, flush 0"},
+                                                       {"read", "write 5859, flush 0, read 512"}};
+  for (const auto& [fails, log] : cases) {
+    script().results = {{fails, -33}};
+    EXPECT_EQ(Exchange(port), -1);
+    EXPECT_EQ(TakeLog(), log);
+  }
+}
+
+TEST_F(TransportTest, NetworkPortSendsOneRequest) {
+  Port port(4);
+  std::string sent;
+  script().responder = [&sent](const std::string& bytes) { return sent = bytes; };
+  EXPECT_EQ(Exchange(port), 0);
+  EXPECT_THAT(TakeLog(), MatchesRegex("ioctl 6 30[0-9A-F]+ 512"));
+  char request[512] = {};
+  long length = 0;
+  ASSERT_EQ(CZIOCommon::CreateSNMPCommand("XY", 2, request, &length), 0);
+  EXPECT_EQ(sent, std::string(request, static_cast<std::size_t>(length)));
+  EXPECT_EQ(port.SendWriteCommand(bytes_, 2, 0), 0);
+  EXPECT_EQ(TakeLog(), "write 5859, flush 0") << "the spooler's way";
+  script().replies = {std::string(513, 'x')};
+  EXPECT_EQ(port.SendWriteCommand(bytes_, 2, 1), -50) << "also an answer that is dropped";
+  script().results = {{"ioctl", -12}, {"control", -77}, {"status", 3}, {"open", -9}};
+  EXPECT_EQ(Exchange(port), -12);
+  EXPECT_EQ(port.D4_SendWriteAndReadCommand(bytes_, 2, bytes_, 2), -77);
+  EXPECT_EQ(port.GetStatus(bytes_), 3);
+  EXPECT_EQ(port.OpenPrinterPort(), -1);
+  EXPECT_EQ(fake_plugin::LastPort().callback_answer, -1);
+  TakeLog();
+  std::string too_long(500, 'x');
+  EXPECT_EQ(port.SendWriteCommand(too_long.data(), 500, 1), -1);
+  EXPECT_EQ(TakeLog(), "") << "refused before anything is sent";
+}
+
+// What a plug-in may make of the exchange block, and what is taken of it.
+TEST_F(TransportTest, BoundsTheAnswerOfTheExchange) {
+  using Block = ZIOSnmpExchange;
+  static std::string own(600, 'o');  // the plug-in's own buffer; the port's has 512 bytes
+  const struct {
+    long capacity;
+    int result;
+    std::ptrdiff_t copied;
+    void (*change)(Block&);
+  } cases[] = {
+      {512, 0, 0, [](Block& b) { b.answer = nullptr, b.answerLength = 0; }},
+      {512, -1, 0, [](Block& b) { b.answer = nullptr; }},
+      {512, -1, 0, [](Block& b) { b.answerLength = INT64_MIN; }},
+      {512, -50, 0, [](Block& b) { b.answerLength = INT64_MAX; }},
+      {2, -50, 0, [](Block& b) { b.answerLength = 3; }},
+      {512, 0, 512, [](Block& b) { b.answer = own.data(); }},
+      {512, -50, 0, [](Block& b) { b.answer = own.data(), b.answerLength = 513; }},
+      {600, 0, 600, [](Block& b) { b.answer = own.data(), b.answerLength = 600; }},
+      {600, -1, 0, [](Block& b) { b.answerLength = 513; }},
+      {512, -1, 0, [](Block& b) { b.answer += 500, b.answerLength = 13; }},
+      {512, 0, 12, [](Block& b) { b.answer += 500, b.answerLength = 12; }},
+  };
+  Port port(4);
+  script().responder = [](const std::string&) { return std::string(512, 'o'); };
+  for (const auto& c : cases) {
+    script().on_exchange = c.change;
+    EXPECT_EQ(Exchange(port, c.capacity), c.result) << &c - cases;
+    EXPECT_EQ(std::count(reply_.begin(), reply_.end(), 'o'), c.copied) << &c - cases;
+  }
+}
 
 TEST_F(TransportTest, FailsWithoutAnOpenPort) {
   IPrinterLibrary library;
-  CommandVO reply = Command("before");
   StatusReply status;
-  long length = 1;
-  const unsigned char byte = 0;
   for (int round = 0; round < 2; ++round) {
-    EXPECT_FALSE(library.SendCommand(Command("XY"), &reply));
+    EXPECT_FALSE(library.SendCommand(Command("XY"), nullptr));
     EXPECT_FALSE(library.SendCommandD4(Command("XY"), nullptr));
     EXPECT_FALSE(library.SendSpooler(Command("XY")));
-    EXPECT_FALSE(library.GetStatus(status));
-    EXPECT_FALSE(library.IsNetworkAccess());
-    EXPECT_FALSE(library.CloseLibrary());
-    EXPECT_FALSE(library.Write(&byte, &length));
-    EXPECT_FALSE(library.Flush());
-    library.Terminate();
+    EXPECT_FALSE(library.GetStatus(status) || library.IsNetworkAccess() || library.CloseLibrary());
     library.Terminate();
     EXPECT_FALSE(library.OpenLibrary("local")) << "terminated";
   }
-  EXPECT_EQ(Text(reply), "before");
   EXPECT_EQ(TakeLog(), "");
   library.Initialize();
-  library.Initialize();
-  EXPECT_TRUE(library.OpenLibrary("local"));
-}
-
-TEST_F(TransportTest, OpensByTheStoredRecordAndClosesOnTheWayOut) {
-  for (const bool network : {false, true}) {
-    {
-      IPrinterLibrary library;
-      EXPECT_TRUE(library.OpenLibrary(network ? "network" : "local"));
-      EXPECT_EQ(library.IsNetworkAccess(), network);
-      if (network) {
-        EXPECT_TRUE(library.CloseLibrary());
-        EXPECT_TRUE(library.CloseLibrary()) << "the port object is still there";
-      }
-    }
-    EXPECT_EQ(TakeLog(), "factory, AddRef, QueryInterface port, Release, initialise 2 "s +
-                             (network ? "4E" : "4C") +
-                             ", open, close, terminate, release, Release");
-  }
-}
-
-TEST_F(TransportTest, DoesNotOpenWithoutACompleteRecord) {
-  using Object = CFRef<CFTypeRef>;
-  const Object name = MakeText("P");
-  const Object address = MakeData("x");
-  const Object type = MakeNumber(1);
-  const auto record = [](const Object& target, const Object& bytes, const Object& port) {
-    std::map<std::string, CFRef<CFTypeRef>> entries;
-    if (target) entries[ZIO_INFO_TARGET_NAME] = target;
-    if (bytes) entries[ZIO_INFO_ADDRESS] = bytes;
-    if (port) entries[ZIO_INFO_IOX_TYPE] = port;
-    return MakeDictionary(entries);
-  };
-  struct Case {
-    const char* name;
-    CFRef<CFTypeRef> record;
-  };
-  const Case cases[] = {
-      {"another name", record(MakeText("p"), address, type)},
-      {"no type", record(name, address, {})},
-      {"type no number", record(name, address, name)},
-      {"no address", record(name, {}, type)},
-      {"address no data", record(name, name, type)},
-      {"name no text", record(type, address, type)},
-      {"no record at all", name},
-  };
-  for (const Case& c : cases) {
-    fake_plugin::StoreList(MakeArray({c.record}).get());
-    IPrinterLibrary library;
-    EXPECT_FALSE(library.OpenLibrary("P")) << c.name;
-    EXPECT_FALSE(library.OpenLibrary("P\xFF")) << "a name that is no text";
-    EXPECT_FALSE(library.CloseLibrary());
-  }
-  EXPECT_EQ(TakeLog(), "");
-
-  fake_plugin::StorePrinters({{"P", "D", "x", 1}});
   script().results["open"] = -1;
-  IPrinterLibrary library;
-  EXPECT_FALSE(library.OpenLibrary("P"));
+  EXPECT_FALSE(library.OpenLibrary("local"));
   EXPECT_EQ(fake_plugin::LiveObjects(), 0) << "a port that did not open is gone";
   EXPECT_FALSE(library.CloseLibrary());
 }
 
 TEST_F(TransportTest, SendsEachFramingItsOwnWay) {
-  const std::string framed = kStartHex + "5859"s + kEndHex;
-  const auto local = Opened("local");
-  EXPECT_TRUE(local->SendCommand(Command("XY"), nullptr));
-  EXPECT_TRUE(local->SendCommand(Command(""), nullptr));
-  EXPECT_TRUE(local->SendSpooler(Command("XY")));
-  EXPECT_TRUE(local->SendSpooler(Command("")));
-  EXPECT_TRUE(local->SendCommandD4(Command("XY"), nullptr));
-  EXPECT_TRUE(local->SendCommandD4(Command(""), nullptr));
-  EXPECT_EQ(TakeLog(), "write " + framed + ", flush 0, write " + kStartHex + kEndHex +
-                           ", flush 0, write 5859, flush 0, write, flush 0, control 5859 512, "
-                           "control  512");
-  const auto network = Opened("network");
-  EXPECT_TRUE(network->SendCommand(Command("XY"), nullptr));
-  EXPECT_TRUE(network->SendSpooler(Command("XY")));
-  EXPECT_TRUE(network->SendCommandD4(Command("XY"), nullptr));
-  const std::string log = TakeLog();
-  EXPECT_THAT(log, StartsWith("ioctl 6 "));
-  EXPECT_THAT(log, EndsWith(", write 5859, flush 0, control 5859 512"));
-}
-
-TEST_F(TransportTest, AppendsAFullBufferForEveryReply) {
-  for (const char* const name : {"local", "network"}) {
-    const auto library = Opened(name);
-    script().replies = {"one", "two"};
-    CommandVO reply = Command("before");
-    EXPECT_TRUE(library->SendCommand(Command("XY"), &reply));
-    EXPECT_EQ(Text(reply), "before" + "one"s + std::string(509, '\0'));
-    EXPECT_TRUE(library->SendCommandD4(Command("XY"), &reply));
-    EXPECT_EQ(Text(reply),
-              "before" + "one"s + std::string(509, '\0') + "two" + std::string(509, '\0'));
-
-    script().results = {{"ioctl", -2}, {"read", -2}, {"control", -2}};
-    EXPECT_FALSE(library->SendCommand(Command("XY"), &reply));
-    EXPECT_FALSE(library->SendCommandD4(Command("XY"), &reply));
-    EXPECT_FALSE(library->SendCommandD4(Command("XY"), nullptr));
-    EXPECT_EQ(reply.bytes().size(), 6U + 1024U) << "untouched by a failure";
-    script().results.clear();
+  const std::string start = "1B401B285208000052454D4F544531";
+  const std::string any = "[0-9A-F]+";
+  const std::string exchanges[] = {"write " + start + "1B000000, flush 0, read 512, ",
+                                   "ioctl 6 " + any + "03080000" + any + " 512, "};
+  const std::string writes[] = {"write " + start + "58591B000000, flush 0, ",
+                                "ioctl 6 " + any + "050800025859" + any + " 512, "};
+  for (const std::size_t network : {0, 1}) {
+    {
+      IPrinterLibrary library;
+      EXPECT_TRUE(library.OpenLibrary(network == 1 ? "network" : "local"));
+      EXPECT_EQ(library.IsNetworkAccess(), network == 1);
+      library.Initialize();
+      script().results.clear();
+      script().replies = {"one", "two"};
+      CommandVO reply = Command("before");
+      EXPECT_TRUE(library.SendCommand(Command(""), &reply));
+      EXPECT_TRUE(library.SendCommandD4(Command(""), &reply));
+      EXPECT_TRUE(library.SendSpooler(Command("")));
+      EXPECT_TRUE(library.SendCommand(Command("XY"), nullptr));
+      EXPECT_EQ(std::string(reply.bytes().begin(), reply.bytes().end()),
+                "before" + "one"s + std::string(509, '\0') + "two" + std::string(509, '\0'));
+      script().results = {{"ioctl", -2}, {"read", -2}, {"control", -2}};
+      EXPECT_FALSE(library.SendCommand(Command(""), &reply));
+      EXPECT_FALSE(library.SendCommandD4(Command("XY"), nullptr));
+      EXPECT_EQ(reply.bytes().size(), 6U + 1024U) << "untouched by a failure";
+      EXPECT_TRUE(library.CloseLibrary());
+      EXPECT_TRUE(library.CloseLibrary()) << "the port object is still there";
+      EXPECT_FALSE(library.Flush() || library.Write(nullptr, nullptr));
+    }
+    EXPECT_THAT(
+        TakeLog(),
+        MatchesRegex("factory, AddRef, QueryInterface port, Release, initialise 2 4., "
+                     "open, " +
+                     exchanges[network] + "control  512, write, flush 0, " + writes[network] +
+                     exchanges[network] + "control 5859 512, close, terminate, release, Release"));
   }
 }
 
-// The fields of a status reply: status code 4, then a serial number of length bytes.
-std::string StatusFields(std::size_t length) {
-  return "\x01\x01\x04\x1F"s + static_cast<char>(length) + std::string(length, 'S');
-}
-
 TEST_F(TransportTest, StoresTheStatusBehindTheFirstLineEnd) {
-  const std::string fields = StatusFields(10);
-  const std::string reply = "\x0F\x00"s + fields;
+  // Status code 4, then a serial number.
+  const std::string reply = "\x0F\x00\x01\x01\x04\x1F\x0ASSSSSSSSSS"s;
   // 250 bytes of fields with their length word fill the buffer behind "@\r\n" and leave the zero.
-  const std::string full = "@\r\n\xFC\x00"s + StatusFields(247);
-  struct Case {
-    const char* name;
+  const std::string full = "\x01\x01\x04\x1F\xF7" + std::string(247, 'S');
+  const struct {
     std::string text;
     bool result;
     int status;  // -1: nothing stored
     std::size_t serial;
-  };
-  const Case cases[] = {
-      {"behind a heading", "@BDC ST2\r\n" + reply, true, 4, 10},
-      {"at the start", "\r\n" + reply, true, 4, 10},
-      {"the first of two line ends", "\r\n" + reply + "\r\n\x05\x00"s, true, 4, 10},
-      {"a lone return first", "\rX\n\r\n" + reply, true, 4, 10},
-      {"no line end", "@BDC ST2" + reply, false, -1, 0},
-      {"line end behind a zero byte", "@\0\r\n"s + reply, false, -1, 0},
-      {"nothing behind it", "@\r\n", true, -1, 0},
-      {"empty", "", false, -1, 0},
-      {"length word without its fields", "\r\n\xFF\xFF"s, true, -1, 0},
-      {"to the end of the buffer", full, true, 4, 247},
-      {"length beyond the buffer", "@\r\n\xFF\xFF"s + full.substr(5), true, 4, 247},
-      {"no terminating zero", std::string(255, 'x') + "\r\n", true, -1, 0},
-      {"one byte of a length word", std::string(254, 'x') + "\r\n\x05"s, true, -1, 0},
-      {"length word at the very end", std::string(253, 'x') + "\r\n\x05\x00"s, true, -1, 0},
-      {"return without its feed at the end", std::string(256, 'x') + "\r", false, -1, 0},
-  };
-  const auto library = Opened("local");
-  for (const Case& c : cases) {
+  } cases[] = {{"@BDC ST2\r\n" + reply, true, 4, 10},
+               {"\r\n" + reply + "\r\n\x05\x00"s, true, 4, 10},
+               {"\rX\n\r\n" + reply, true, 4, 10},
+               {"@BDC ST2" + reply, false, -1, 0},
+               {"@\0\r\n"s + reply, false, -1, 0},
+               {"@\r\n", true, -1, 0},
+               {"\r\n\xFF\xFF", true, -1, 0},
+               {"@\r\n\xFC\x00"s + full, true, 4, 247},
+               {"@\r\n\xFF\xFF" + full, true, 4, 247},
+               {std::string(255, 'x') + "\r\n", true, -1, 0},
+               {std::string(256, 'x') + "\r", false, -1, 0},
+               {std::string(254, 'x') + "\r\n\x05", true, -1, 0},
+               {std::string(253, 'x') + "\r\n\x05\x00"s, true, -1, 0}};
+  IPrinterLibrary library;
+  EXPECT_TRUE(library.OpenLibrary("local"));
+  for (const auto& c : cases) {
     script().status = c.text;
     StatusReply status;
-    EXPECT_EQ(library->GetStatus(status), c.result) << c.name;
-    EXPECT_EQ(status.GetStatus(), c.status) << c.name;
-    EXPECT_EQ(status.GetSerialNumber().size(), c.serial) << c.name;
+    EXPECT_EQ(library.GetStatus(status), c.result) << &c - cases;
+    EXPECT_EQ(status.GetStatus(), c.status) << &c - cases;
+    EXPECT_EQ(status.GetSerialNumber().size(), c.serial) << &c - cases;
   }
-  script().status = "\r\n" + reply;
   script().results["status"] = -1;
+  script().status = "\r\n" + reply;
   StatusReply status;
-  EXPECT_FALSE(library->GetStatus(status));
+  EXPECT_FALSE(library.GetStatus(status));
   EXPECT_EQ(status.GetStatus(), -1);
 }
 
 }  // namespace
-}  // namespace Ravik
