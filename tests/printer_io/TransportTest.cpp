@@ -167,7 +167,7 @@ TEST_F(TransportTest, SendsEachFramingItsOwnWay) {
                                    "ioctl 6 " + any + "03080000" + any + " 512, "};
   const std::string writes[] = {"write " + start + "58591B000000, flush 0, ",
                                 "ioctl 6 " + any + "050800025859" + any + " 512, "};
-  for (const std::size_t network : {0, 1}) {
+  for (const int network : {0, 1}) {
     {
       IPrinterLibrary library;
       EXPECT_TRUE(library.OpenLibrary(network == 1 ? "network" : "local"));
