@@ -3,9 +3,11 @@
 #include <picojson.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 #include "tests/end_to_end/Process.h"
 
@@ -19,8 +21,9 @@ class Program : public testing::Test {
   ~Program() override { fs::remove_all(folder_); }
 
   Process Start(std::vector<std::string> arguments) const {
+    fs::remove(folder_ / "errors");
     arguments.insert(arguments.begin(), VIRTUAL_PRINTER);
-    return Process(arguments, {}, folder_ / "errors");
+    return Process(std::move(arguments), folder_ / "errors");
   }
 
   std::string Errors() const {
@@ -38,8 +41,7 @@ TEST_F(Program, TellsItsPortsAndEndsOnAnInterrupt) {
   const fs::path state = folder_ / "state";
   Process program = Start({"--model", "ZARMO QM-V7PS Series", "--listen", "::1", "--raw=0",
                            "--local", link, "--state", state, "--trace"});
-  const std::string line =
-      program.ReadUntil([](const std::string& text) { return text.back() == '\n'; });
+  const std::string line = program.ReadUntil("\n");
   picojson::value ready;
   ASSERT_EQ(picojson::parse(ready, line), "") << line;
   EXPECT_EQ(ready.get("model").to_str(), "ZARMO QM-V7PS Series");
@@ -47,8 +49,7 @@ TEST_F(Program, TellsItsPortsAndEndsOnAnInterrupt) {
   EXPECT_GT(ready.get("raw").get<double>(), 0);
   EXPECT_EQ(ready.get("local").to_str(), link);
   EXPECT_TRUE(fs::is_character_file(link));
-  program.Signal(SIGINT);
-  EXPECT_EQ(program.Wait(), 0);
+  EXPECT_EQ(program.Wait(SIGINT), 0);
   EXPECT_EQ(Errors(), "");
   EXPECT_FALSE(fs::is_symlink(link));
   // The state of one family is no other family's.
