@@ -19,7 +19,7 @@ class IOHandler {
   IOHandler(const __CFData* port_information, ZIOErrorCallback error_callback, void* context,
             const __CFString* path);
 
-  // Closes, terminates and releases the interface, as far as it came, and unloads the plug-in.
+  // Closes, terminates and releases the interface, as far as it came, then the plug-in.
   virtual ~IOHandler();
 
   IOHandler(const IOHandler&) = delete;

@@ -14,7 +14,7 @@ class MakeZIOPortInfo {
   // dictionary or a path.
   MakeZIOPortInfo(const __CFString* path, const __CFDictionary* information);
 
-  // Terminates and releases the interface and unloads the plug-in.
+  // Terminates and releases the interface, then the plug-in.
   virtual ~MakeZIOPortInfo();
 
   MakeZIOPortInfo(const MakeZIOPortInfo&) = delete;
