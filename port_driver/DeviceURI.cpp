@@ -134,7 +134,8 @@ void ParseOptions(std::string_view query, DeviceURI& uri) {
 void CheckAddress6(const std::string& host) {
   const std::size_t zone = host.find('%');
   in6_addr address;
-  if (inet_pton(AF_INET6, host.substr(0, zone).c_str(), &address) != 1) {
+  if (host.find('\0') != std::string::npos ||  // inet_pton would take what is before it
+      inet_pton(AF_INET6, host.substr(0, zone).c_str(), &address) != 1) {
     Refuse("no IPv6 address between the brackets");
   }
   if (zone != std::string::npos &&

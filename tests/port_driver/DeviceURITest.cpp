@@ -38,6 +38,7 @@ TEST(DeviceURITest, IsReadStrictly) {
       {"socket://h%4", "hexadecimal digits"},
       {"socket://[::1", "\"[\" without \"]\""},
       {"socket://[192.0.2.7]", "no IPv6 address between the brackets"},
+      {"socket://[::1%00]", "no IPv6 address between the brackets"},
       {"socket://[fe80::1%25]", "unusable zone of the IPv6 address"},
       {"socket://[::1]9100", "text between host and port"},
       {"socket://h:0", "port is no number from 1 to 65535"},
