@@ -18,6 +18,9 @@ namespace {
 constexpr std::string_view kMagic = "bplist00";
 constexpr std::size_t kTrailerSize = 32;
 
+// What an object takes in memory beside its content, roughly: its node and what is made of it.
+constexpr std::uint64_t kObjectCost = 256;
+
 enum Kind : unsigned { kData = 4, kString = 5, kUnicode = 6, kArray = 10, kSet = 12, kDict = 13 };
 
 class Walk {
@@ -97,7 +100,7 @@ class Walk {
     const unsigned kind = marker >> 4;
     if (kind != kArray && kind != kSet && kind != kDict && kind != kData && kind != kString &&
         kind != kUnicode) {
-      return Spend(16);
+      return Spend(kObjectCost);
     }
     const auto extent = ReadExtent(begin + 1, marker & 0xF);
     return extent && TakeObject(kind, *extent);
@@ -108,7 +111,7 @@ class Walk {
     const std::uint64_t unit = container ? reference_size_ : kind == kUnicode ? 2 : 1;
     const std::uint64_t units = kind == kDict ? 2 : 1;
     if (extent.size > (table_ - extent.begin) / (unit * units)) return false;
-    if (!Spend(16 + extent.size)) return false;
+    if (!Spend(kObjectCost + extent.size)) return false;
     if (!container) return kind == kData || !HasZero(extent, static_cast<std::size_t>(unit));
     open_.push_back({extent.begin, units * extent.size});
     return open_.size() <= kMaximumListDepth;

@@ -203,6 +203,7 @@ TEST(PropertyList, BoundsBinaryListsThatExpand) {
   EXPECT_FALSE(Parse(BinaryChain(513, 1)));
   EXPECT_FALSE(Parse(BinaryChain(100000, 1)));
   EXPECT_TRUE(Parse(BinaryChain(5, 3)));
+  EXPECT_FALSE(Parse(BinaryChain(21, 2)));
   EXPECT_FALSE(Parse(BinaryChain(60, 2)));
   std::string circle = BinaryChain(2, 1);
   circle[12] = 0;  // the reference of object 0 now names itself
