@@ -4,7 +4,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <map>
 #include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "corefoundation/Preferences.h"
 #include "corefoundation/PropertyList.h"
@@ -28,7 +32,7 @@ std::string ExecutableName() {
 }
 
 // The folder of the user's settings (XDG Base Directory Specification: a relative path does not
-// count); empty when there is none.
+// count); empty when there is none. Without HOME the user database tells.
 std::string SettingsFolder() {
   const char* folder = std::getenv("XDG_CONFIG_HOME");
   if (folder != nullptr && folder[0] == '/') return folder;
@@ -37,7 +41,7 @@ std::string SettingsFolder() {
     const struct passwd* user = getpwuid(getuid());
     home = user != nullptr ? user->pw_dir : nullptr;
   }
-  return home != nullptr ? std::string(home) + "/.config" : std::string();
+  return home != nullptr && home[0] != '\0' ? std::string(home) + "/.config" : std::string();
 }
 
 std::mutex& PreferencesMutex() {

@@ -14,9 +14,10 @@ FolderLock::FolderLock(const std::string& folder)
   constexpr std::chrono::seconds kPatience{5};
   constexpr std::chrono::milliseconds kPause{5};
   const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  while (folder_.IsOpen() && flock(folder_.get(), LOCK_EX | LOCK_NB) != 0) {
-    const bool taken = errno == EWOULDBLOCK || errno == EINTR;
-    if (!taken || std::chrono::steady_clock::now() >= deadline) return;
+  while (folder_.IsOpen()) {
+    is_held_ = flock(folder_.get(), LOCK_EX | LOCK_NB) == 0;
+    const bool is_taken = !is_held_ && (errno == EWOULDBLOCK || errno == EINTR);
+    if (!is_taken || std::chrono::steady_clock::now() >= deadline) return;
     std::this_thread::sleep_for(kPause);
   }
 }

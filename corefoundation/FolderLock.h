@@ -13,8 +13,11 @@ class FolderLock {
   // Waits for the lock at most 5 s; goes on without it then, and where the file system has none.
   explicit FolderLock(const std::string& folder);
 
+  bool IsHeld() const { return is_held_; }
+
  private:
   const FileDescriptor folder_;  // the lock ends when it is closed
+  bool is_held_ = false;
 };
 
 }  // namespace CoreFoundation

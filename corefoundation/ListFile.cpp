@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "corefoundation/FileDescriptor.h"
 
@@ -14,6 +15,10 @@ namespace CoreFoundation {
 namespace {
 
 constexpr off_t kMaximumSize = off_t{64} << 20;
+
+// What a new file has behind the name of the one that it is to replace: this, and letters.
+constexpr char kNewSuffix[] = ".new-";
+constexpr char kLetters[] = "XXXXXX";
 
 std::error_code LastError() {
   return {errno, std::generic_category()};
@@ -31,10 +36,16 @@ bool WriteAll(const FileDescriptor& file, const std::string& bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t written = write(file.get(), bytes.data() + done, bytes.size() - done);
-    if (written < 0 && errno != EINTR) return false;
+    if (written == 0 || (written < 0 && errno != EINTR)) return false;
     if (written > 0) done += static_cast<std::size_t>(written);
   }
   return true;
+}
+
+// Makes a rename in the folder outlive a crash of the system; not every file system can.
+void SyncFolder(const std::string& folder) {
+  const FileDescriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (file.IsOpen()) fsync(file.get());
 }
 
 }  // namespace
@@ -56,15 +67,28 @@ std::string ReadListFile(const std::string& path, std::error_code& error) {
 }
 
 bool ReplaceListFile(const std::string& path, const std::string& bytes) {
-  std::string temporary = path + ".XXXXXX";
+  std::string temporary = path + kNewSuffix + kLetters;
   const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
   if (!file.IsOpen()) return false;
   if (fchmod(file.get(), S_IRUSR | S_IWUSR) == 0 && WriteAll(file, bytes) &&
       fsync(file.get()) == 0 && std::rename(temporary.c_str(), path.c_str()) == 0) {
+    SyncFolder(path.substr(0, path.rfind('/')));
     return true;
   }
   unlink(temporary.c_str());
   return false;
+}
+
+void RemoveLeftovers(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string prefix = path.substr(slash + 1) + kNewSuffix;
+  const std::size_t length = prefix.size() + sizeof(kLetters) - 1;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(path.substr(0, slash), error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    const std::string name = entry->path().filename();
+    if (name.size() == length && name.rfind(prefix, 0) == 0) unlink(entry->path().c_str());
+  }
 }
 
 }  // namespace CoreFoundation

@@ -73,6 +73,7 @@ bool Preferences::Write() {
   const std::string folder = path_.substr(0, path_.rfind('/'));
   MakeFolder(folder);
   const FolderLock lock(folder);
+  if (lock.IsHeld()) RemoveLeftovers(path_);
   std::error_code error;
   const std::string bytes = ReadListFile(path_, error);
   const bool absent = error == std::errc::no_such_file_or_directory;

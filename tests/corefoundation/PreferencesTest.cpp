@@ -71,6 +71,7 @@ TEST_F(Preferences, WritesAPrivateFile) {
   EXPECT_EQ(ReadFile(file_).substr(0, 5), "<?xml");
   EXPECT_TRUE(CFEqual(Get("key").get(), CFSTR("value")));
 
+  WriteFile(file_ + ".new-AbC012", "what a killed writer left");
   Set("key", nullptr);
   EXPECT_FALSE(Get("key"));
   EXPECT_TRUE(Synchronise());
