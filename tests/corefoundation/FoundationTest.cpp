@@ -1,4 +1,5 @@
-// The holder of references and the bridged names.
+// The holder of references and the bridged names. The sanitizers see a reference too few or too
+// many.
 #include "corefoundation/Foundation.h"
 
 #include "tests/corefoundation/TestSupport.h"
@@ -10,61 +11,40 @@ static_assert(std::is_same_v<const NSDictionary*, CFDictionaryRef>);
 static_assert(std::is_same_v<const NSArray*, CFArrayRef>);
 static_assert(!std::is_convertible_v<CFStringRef, CFRef<CFStringRef>>, "adopting is explicit");
 static_assert(!std::is_convertible_v<CFRef<CFTypeRef>, CFRef<CFStringRef>>, "casts are checked");
+static_assert(!std::is_base_of_v<std::exception, NSException>, "neither is caught as the other");
 
 TEST(CFRef, CountsOwners) {
   CFRef<CFStringRef> string = MakeString("text");
   const CFStringRef object = string.get();
-  EXPECT_EQ(CFGetRetainCount(object), 1);
-
   CFRef<CFStringRef> copy = string;
   CFRef<CFTypeRef> any = copy;
   CFRef<CFStringRef> retained = CFRef<CFStringRef>::Retain(object);
-  EXPECT_EQ(CFGetRetainCount(object), 4);
-
   const CFRef<CFStringRef> moved = std::move(copy);
   EXPECT_FALSE(copy);  // NOLINT(bugprone-use-after-move): a moved-from holder is empty
-  EXPECT_EQ(CFGetRetainCount(object), 4);
-
   any = CFRef<CFTypeRef>();
   retained = MakeString("other");
-  const auto& alias = string;
-  string = alias;
-  EXPECT_EQ(string.get(), object);
-  EXPECT_EQ(CFGetRetainCount(object), 2);
-
-  const CFStringRef released = string.release();
+  CFRelease(string.release());
   EXPECT_FALSE(string);
-  EXPECT_EQ(CFGetRetainCount(object), 2);
-  CFRelease(released);
-  EXPECT_EQ(CFGetRetainCount(object), 1);
-}
+  EXPECT_TRUE(CFEqual(moved.get(), CFSTR("text"))) << "the last owner";
 
-TEST(CFRef, HoldsNothing) {
   const CFRef<CFArrayRef> empty;
-  const CFRef<CFTypeRef> converted = empty;
-  EXPECT_FALSE(converted);
+  EXPECT_FALSE(CFRef<CFTypeRef>(empty));
   EXPECT_FALSE(CFRef<CFDataRef>::Retain(nullptr));
 }
 
 TEST(CFCast, ChecksTheClass) {
-  const CFRef<CFTypeRef> string = MakeString("text");
-  const CFRef<CFTypeRef> data = MakeData("text");
-  EXPECT_EQ(CFCast<CFStringRef>(string.get()), string.get());
-  EXPECT_EQ(CFCast<CFStringRef>(data.get()), nullptr);
-  EXPECT_EQ(CFCast<CFDataRef>(data.get()), data.get());
-  EXPECT_EQ(CFCast<CFNumberRef>(kCFBooleanTrue), nullptr);
-  EXPECT_EQ(CFCast<CFBooleanRef>(kCFBooleanTrue), kCFBooleanTrue);
-  EXPECT_EQ(CFCast<CFArrayRef>(nullptr), nullptr);
-}
-
-TEST(NSException, IsCaughtByItsClassAlone) {
-  try {
-    throw NSException("no such selector");
-  } catch (const std::exception&) {
-    FAIL();
-  } catch (const NSException& exception) {
-    EXPECT_EQ(exception.reason(), "no such selector");
+  const CFRef<CFTypeRef> objects[] = {Parse("<string/>"), Parse("<data/>"), Parse("<array/>"),
+                                      Parse("<dict/>"),   Parse("<true/>"), Parse("<integer/>")};
+  for (const auto& object : objects) {
+    const CFTypeRef casts[] = {
+        CFCast<CFStringRef>(object.get()),  CFCast<CFDataRef>(object.get()),
+        CFCast<CFArrayRef>(object.get()),   CFCast<CFDictionaryRef>(object.get()),
+        CFCast<CFBooleanRef>(object.get()), CFCast<CFNumberRef>(object.get())};
+    for (const CFTypeRef& cast : casts) {
+      EXPECT_EQ(cast, &cast - casts == &object - objects ? object.get() : nullptr);
+    }
   }
+  EXPECT_EQ(CFCast<CFArrayRef>(nullptr), nullptr);
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 // Bundles and the instances of their factories.
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstring>
 
@@ -9,16 +7,18 @@
 
 namespace {
 
-std::string InformationFor(const std::string& executable, const std::string& function,
-                           const std::string& factory = TEST_FACTORY_ID,
-                           const std::string& type = TEST_TYPE_ID) {
-  return "<plist version=\"1.0\"><dict>" + executable + "<key>CFPlugInFactories</key><dict><key>" +
-         factory + "</key><string>" + function +
-         "</string></dict><key>CFPlugInTypes</key><dict><key>" + type + "</key><array><string>" +
-         factory + "</string></array></dict></dict></plist>";
-}
-
+const char kType[] = "11111111-2222-3333-4444-5555555555AA";
+const char kFactory[] = "11111111-2222-3333-4444-5555555555AB";
 const std::string kNamed = "<key>CFBundleExecutable</key><string>TEST</string>";
+
+std::string InformationFor(const std::string& executable,
+                           const std::string& function = "MakeTestInstance",
+                           const std::string& type = kType) {
+  return "<plist version=\"1.0\"><dict>" + executable + "<key>CFPlugInFactories</key><dict><key>" +
+         kFactory + "</key><string>" + function +
+         "</string></dict><key>CFPlugInTypes</key><dict><key>" + type + "</key><array><string>" +
+         kFactory + "</string></array></dict></dict></plist>";
+}
 
 CFRef<CFPlugInRef> Create(const std::string& path) {
   const CFRef<CFURLRef> url(
@@ -26,43 +26,25 @@ CFRef<CFPlugInRef> Create(const std::string& path) {
   return CFRef<CFPlugInRef>(CFPlugInCreate(kCFAllocatorDefault, url.get()));
 }
 
-CFRef<CFUUIDRef> MakeUUID(const char* text) {
-  return CFRef<CFUUIDRef>(CFUUIDCreateFromString(kCFAllocatorDefault, MakeString(text).get()));
-}
-
-CFIndex CountFactories(CFPlugInRef plugin) {
+CFIndex CountFactories(const CFRef<CFPlugInRef>& plugin) {
   const CFRef<CFArrayRef> factories(
-      CFPlugInFindFactoriesForPlugInTypeInPlugIn(MakeUUID(TEST_TYPE_ID).get(), plugin));
-  return factories ? CFArrayGetCount(factories.get()) : 0;
+      CFPlugInFindFactoriesForPlugInTypeInPlugIn(MakeUUID(kType).get(), plugin.get()));
+  if (!factories) return 0;
+  EXPECT_TRUE(CFEqual(CFArrayGetValueAtIndex(factories.get(), 0), MakeUUID(kFactory).get()));
+  return CFArrayGetCount(factories.get());
 }
 
-TestInstance* NewInstance(CFAllocatorRef allocator = nullptr) {
-  return static_cast<TestInstance*>(CFPlugInInstanceCreate(
-      allocator, MakeUUID(TEST_FACTORY_ID).get(), MakeUUID(TEST_TYPE_ID).get()));
+TestInstance* NewInstance(CFAllocatorRef allocator = nullptr, const char* type = kType,
+                          const char* factory = kFactory) {
+  return static_cast<TestInstance*>(
+      CFPlugInInstanceCreate(allocator, MakeUUID(factory).get(), MakeUUID(type).get()));
 }
 
-class PlugIn : public testing::Test {
- protected:
-  std::string Path(const std::string& file) const { return folder_.path() + "/B.plugin/" + file; }
-
-  void Install(const std::string& file) const {
-    WriteFile(Path("Contents/Info.plist"), information_);
-    std::filesystem::create_directories(std::filesystem::path(Path(file)).parent_path());
-    std::filesystem::copy_file(TEST_PLUGIN, Path(file));
-  }
-
-  TemporaryFolder folder_;
-  std::string information_ = InformationFor(kNamed, "MakeTestInstance");
-};
-
-TEST_F(PlugIn, NeedsAFolder) {
+TEST(PlugIn, TellsFactoriesFromInformation) {
+  const TemporaryFolder folder;
+  WriteFile(folder.path() + "/file", "text");
+  for (const char* none : {"/missing", "/file"}) EXPECT_FALSE(Create(folder.path() + none)) << none;
   EXPECT_EQ(CFPlugInCreate(kCFAllocatorDefault, nullptr), nullptr);
-  EXPECT_FALSE(Create(folder_.path() + "/missing"));
-  WriteFile(folder_.path() + "/file", "text");
-  EXPECT_FALSE(Create(folder_.path() + "/file"));
-}
-
-TEST_F(PlugIn, TellsFactoriesFromInformation) {
   const struct {
     const char* name;
     std::string information;
@@ -70,144 +52,83 @@ TEST_F(PlugIn, TellsFactoriesFromInformation) {
   } cases[] = {
       {"none", "", 0},
       {"broken", "<plist><dict><key>CFPlugInFactories</key>", 0},
-      {"array", "<plist><array/></plist>", 0},
+      {"no dictionary", "<plist><array/></plist>", 0},
       {"no factories", "<plist><dict>" + kNamed + "</dict></plist>", 0},
       {"wrong classes",
        "<plist><dict><key>CFBundleExecutable</key><data/><key>CFPlugInFactories</key><array/>"
        "<key>CFPlugInTypes</key><string>x</string></dict></plist>",
        0},
-      {"another type", InformationFor("", "F", TEST_FACTORY_ID, TEST_OTHER_FACTORY_ID), 0},
-      {"other spelling",
-       InformationFor("", "F", TEST_FACTORY_ID, "{11111111-2222-3333-4444-5555555555aa}"), 1},
+      {"another type", InformationFor("", "F", "11111111-2222-3333-4444-5555555555AC"), 0},
+      {"another spelling", InformationFor("", "F", "{11111111-2222-3333-4444-5555555555aa}"), 1},
       {"plain", InformationFor("", "F"), 1},
   };
   for (const auto& test : cases) {
-    const std::string path = folder_.path() + "/" + test.name;
+    const std::string path = folder.path() + "/" + test.name;
     std::filesystem::create_directories(path);
     if (!test.information.empty()) WriteFile(path + "/Contents/Info.plist", test.information);
     const CFRef<CFPlugInRef> plugin = Create(path);
     ASSERT_TRUE(plugin) << test.name;
-    EXPECT_EQ(CountFactories(plugin.get()), test.factories) << test.name;
+    EXPECT_EQ(CountFactories(plugin), test.factories) << test.name;
   }
 }
 
-TEST_F(PlugIn, ReadsBinaryInformation) {
-  const CFRef<CFPropertyListRef> list(CFPropertyListCreateWithData(
-      nullptr, MakeData(information_).get(), kCFPropertyListImmutable, nullptr, nullptr));
-  const CFRef<CFDataRef> binary(
-      CFPropertyListCreateData(nullptr, list.get(), kCFPropertyListBinaryFormat_v1_0, 0, nullptr));
-  information_.assign(reinterpret_cast<const char*>(CFDataGetBytePtr(binary.get())),
-                      static_cast<std::size_t>(CFDataGetLength(binary.get())));
-  Install("Contents/Linux/libTEST.so");
-  const CFRef<CFPlugInRef> plugin = Create(Path(""));
-  EXPECT_EQ(CountFactories(plugin.get()), 1);
-}
-
-TEST_F(PlugIn, DoesNotWaitForAPipe) {
-  std::filesystem::create_directories(Path("Contents/Linux"));
-  ASSERT_EQ(mkfifo(Path("Contents/Info.plist").c_str(), 0600), 0);
-  const CFRef<CFPlugInRef> plugin = Create(Path(""));
-  ASSERT_TRUE(plugin);
-  EXPECT_EQ(CountFactories(plugin.get()), 0);
-}
-
-TEST_F(PlugIn, FindsTheExecutable) {
+TEST(PlugIn, FindsTheExecutable) {
+  const TemporaryFolder folder;
+  const std::string unnamed = InformationFor("");
+  const std::string named = InformationFor(kNamed);
   const struct {
-    const char *executable, *file;
+    std::string information, file;
     bool found;
+    int lines = 1;  // on standard error
+    const char* executable = TEST_PLUGIN;
   } cases[] = {
-      {"TEST", "Contents/Linux/TEST", true},
-      {"TEST", "Contents/Linux/libTEST.so", true},
-      {"TEST", "Contents/TEST", true},
-      {"TEST", "Contents/libTEST.so", true},
-      {nullptr, "Contents/Linux/libB.so", true},
-      {"TEST", "Contents/MacOS/TEST", false},
-      {"TEST", "libTEST.so", false},
+      {named, "Contents/Linux/TEST", true, 0},
+      {named, "Contents/Linux/libTEST.so", true, 0},
+      {named, "Contents/TEST", true, 0},
+      {named, "Contents/libTEST.so", true, 0},
+      {unnamed, "Contents/Linux/libB.so", true, 0},
+      {named, "Contents/MacOS/TEST", false},
+      {named, "libTEST.so", false},
+      {named, "Contents/Linux/libTEST.so", false, 1, "/etc/passwd"},
+      {InformationFor(kNamed, "MissingFunction"), "Contents/Linux/libTEST.so", false, 0},
   };
   for (const auto& test : cases) {
-    const std::string path = folder_.path() + "/" + std::to_string(&test - cases) + "/B.plugin/";
-    WriteFile(path + "Contents/Info.plist",
-              InformationFor(test.executable != nullptr ? kNamed : "", "MakeTestInstance"));
+    const std::string path = folder.path() + "/" + std::to_string(&test - cases) + "/B.plugin/";
+    SCOPED_TRACE(path + test.file);
+    WriteFile(path + "Contents/Info.plist", test.information);
     std::filesystem::create_directories(std::filesystem::path(path + test.file).parent_path());
-    std::filesystem::copy_file(TEST_PLUGIN, path + test.file);
+    std::filesystem::copy_file(test.executable, path + test.file);
     const CFRef<CFPlugInRef> plugin = Create(path);
-    ASSERT_EQ(CountFactories(plugin.get()), 1) << test.file;
+    ASSERT_EQ(CountFactories(plugin), 1);
     testing::internal::CaptureStderr();
-    TestInstance* instance = NewInstance();
+    EXPECT_EQ(NewInstance() != nullptr, test.found);
     const std::string report = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(instance != nullptr, test.found) << test.file;
-    EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), test.found ? 0 : 1) << report;
-    if (instance != nullptr) instance->table->Release(instance);
+    EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), test.lines) << report;
   }
 }
 
-TEST_F(PlugIn, ReportsWhatCannotBeLoaded) {
-  WriteFile(Path("Contents/Info.plist"), information_);
-  WriteFile(Path("Contents/Linux/libTEST.so"), "no object file");
-  const CFRef<CFPlugInRef> plugin = Create(Path(""));
-  EXPECT_EQ(CountFactories(plugin.get()), 1);
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(NewInstance(), nullptr);
-  const std::string report = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 1) << report;
-}
-
-TEST_F(PlugIn, MakesNothingWithoutTheFunctionOrTheType) {
-  information_ = InformationFor(kNamed, "MissingFunction");
-  Install("Contents/Linux/libTEST.so");
-  const CFRef<CFPlugInRef> plugin = Create(Path(""));
-  EXPECT_EQ(CountFactories(plugin.get()), 1);
-  EXPECT_EQ(NewInstance(), nullptr);
-  const CFRef<CFUUIDRef> factory = MakeUUID(TEST_FACTORY_ID);
-  const CFRef<CFUUIDRef> unknown = MakeUUID(TEST_INTERFACE_ID);
-  EXPECT_EQ(CFPlugInInstanceCreate(nullptr, factory.get(), unknown.get()), nullptr);
-  EXPECT_EQ(CFPlugInInstanceCreate(nullptr, unknown.get(), MakeUUID(TEST_TYPE_ID).get()), nullptr);
-}
-
-TEST_F(PlugIn, InstancesOutliveTheBundleReference) {
-  Install("Contents/Linux/libTEST.so");
-  CFRef<CFPlugInRef> plugin = Create(Path(""));
+TEST(PlugIn, OutlivesItsReference) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path() + "/B.plugin";
+  WriteFile(path + "/Contents/Info.plist", InformationFor(kNamed));
+  WriteFile(path + "/Contents/Linux/libTEST.so", ReadFile(TEST_PLUGIN));
+  CFRef<CFPlugInRef> plugin = Create(path);
   const CFPlugInRef object = plugin.get();
-
-  TestInstance* first = NewInstance(kCFAllocatorSystemDefault);
-  ASSERT_NE(first, nullptr);
-  EXPECT_EQ(first->allocator, kCFAllocatorSystemDefault);
-  const CFUUIDBytes type = CFUUIDGetUUIDBytes(MakeUUID(TEST_TYPE_ID).get());
-  EXPECT_EQ(std::memcmp(&first->type, &type, sizeof(type)), 0);
-
-  plugin = CFRef<CFPlugInRef>();
-  plugin = Create(folder_.path() + "/../" + folder_.path().substr(folder_.path().rfind('/')) +
-                  "/B.plugin");
-  EXPECT_EQ(plugin.get(), object);
-  TestInstance* second = NewInstance();
-  ASSERT_NE(second, nullptr);
-  EXPECT_EQ(second->allocator, nullptr);
-  EXPECT_EQ(second->serial, first->serial + 1);
-
-  EXPECT_EQ(first->table->Release(first), 0U);
-  EXPECT_EQ(second->table->Release(second), 0U);
-}
-
-TEST_F(PlugIn, AnswersForItsInterfaces) {
-  Install("Contents/Linux/libTEST.so");
-  const CFRef<CFPlugInRef> plugin = Create(Path(""));
-  TestInstance* instance = NewInstance();
+  const TestInstance* instance = NewInstance(kCFAllocatorSystemDefault);
   ASSERT_NE(instance, nullptr);
-  const struct {
-    CFUUIDBytes identifier;
-    HRESULT result;
-  } cases[] = {
-      {CFUUIDGetUUIDBytes(IUnknownUUID), S_OK},
-      {CFUUIDGetUUIDBytes(MakeUUID(TEST_INTERFACE_ID).get()), S_OK},
-      {CFUUIDGetUUIDBytes(MakeUUID(TEST_TYPE_ID).get()), E_NOINTERFACE},
-  };
-  for (const auto& test : cases) {
-    void* interface = &instance;
-    EXPECT_EQ(instance->table->QueryInterface(instance, test.identifier, &interface), test.result);
-    EXPECT_EQ(interface, test.result == S_OK ? instance : nullptr);
-    if (interface != nullptr) instance->table->Release(interface);
-  }
-  EXPECT_EQ(instance->table->Release(instance), 0U);
+  EXPECT_EQ(instance->calls, 1);
+  EXPECT_EQ(instance->allocator, kCFAllocatorSystemDefault);
+  const CFUUIDBytes type = CFUUIDGetUUIDBytes(MakeUUID(kType).get());
+  EXPECT_EQ(std::memcmp(&instance->type, &type, sizeof(type)), 0);
+
+  plugin = {};
+  plugin = Create(path + "/Contents/../");
+  EXPECT_EQ(plugin.get(), object);
+  ASSERT_EQ(NewInstance(), instance);
+  EXPECT_EQ(instance->calls, 2);
+  EXPECT_EQ(instance->allocator, nullptr);
+  EXPECT_EQ(NewInstance(nullptr, kFactory), nullptr) << "a type that the factory does not make";
+  EXPECT_EQ(NewInstance(nullptr, kType, kType), nullptr) << "a factory that no bundle has";
 }
 
 }  // namespace

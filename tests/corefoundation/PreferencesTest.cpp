@@ -1,5 +1,4 @@
 // The user's defaults and their file.
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,27 +7,24 @@
 
 namespace {
 
-void Set(const std::string& key, CFTypeRef value) {
-  CFPreferencesSetAppValue(MakeString(key).get(), value, kCFPreferencesCurrentApplication);
+void Set(const std::string& key, const CFRef<CFTypeRef>& value) {
+  CFPreferencesSetAppValue(MakeString(key).get(), value.get(), kCFPreferencesCurrentApplication);
 }
 
-CFRef<CFTypeRef> Get(const std::string& key) {
-  return CFRef<CFTypeRef>(
+// What a key has: an XML list of one object, such as "<true/>"; an empty text for nothing.
+void Set(const std::string& key, const std::string& xml) {
+  Set(key, Parse(xml));
+}
+
+bool Has(const std::string& key, const std::string& xml) {
+  const CFRef<CFTypeRef> value(
       CFPreferencesCopyAppValue(MakeString(key).get(), kCFPreferencesCurrentApplication));
+  const CFRef<CFTypeRef> expected = Parse(xml);
+  return value && expected ? CFEqual(value.get(), expected.get()) != 0 : !value && !expected;
 }
 
 bool Synchronise() {
   return CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
-}
-
-// The number stored under a key; -1 when there is none.
-SInt32 NumberAt(const std::string& key) {
-  const CFRef<CFTypeRef> value = Get(key);
-  SInt32 number = -1;
-  if (const auto object = CFCast<CFNumberRef>(value.get())) {
-    CFNumberGetValue(object, kCFNumberSInt32Type, &number);
-  }
-  return number;
 }
 
 mode_t ModeOf(const std::string& path) {
@@ -45,12 +41,12 @@ class Preferences : public testing::Test {
 
   void UsePlace(const std::string& place) {
     setenv("XDG_CONFIG_HOME", place.c_str(), 1);
-    file_ = place + "/corefoundation_test.plist";
+    file_ = place + "/corefoundation_tests.plist";
   }
 
-  CFRef<CFTypeRef> ReadBack() const {
-    return CFRef<CFTypeRef>(CFPropertyListCreateWithData(
-        nullptr, MakeData(ReadFile(file_)).get(), kCFPropertyListImmutable, nullptr, nullptr));
+  bool FileHolds(const std::string& xml) const {
+    const CFRef<CFTypeRef> list = Parse(ReadFile(file_));
+    return list && CFEqual(list.get(), Parse(xml).get()) != 0;
   }
 
   TemporaryFolder folder_;
@@ -58,9 +54,8 @@ class Preferences : public testing::Test {
 };
 
 TEST_F(Preferences, WritesAPrivateFile) {
-  EXPECT_FALSE(Get("key"));
-  Set("key", CFSTR("value"));
-  EXPECT_TRUE(CFEqual(Get("key").get(), CFSTR("value")));
+  Set("key", "<true/>");
+  EXPECT_TRUE(Has("key", "<true/>"));
   EXPECT_FALSE(std::filesystem::exists(file_));
   const mode_t mask = umask(0);
   EXPECT_TRUE(Synchronise());
@@ -69,13 +64,15 @@ TEST_F(Preferences, WritesAPrivateFile) {
   EXPECT_EQ(ModeOf(folder_.path() + "/made/config"), 0700U);
   EXPECT_EQ(ModeOf(folder_.path() + "/made"), 0700U);
   EXPECT_EQ(ReadFile(file_).substr(0, 5), "<?xml");
-  EXPECT_TRUE(CFEqual(Get("key").get(), CFSTR("value")));
+  EXPECT_TRUE(Has("key", "<true/>"));
 
   WriteFile(file_ + ".new-AbC012", "what a killed writer left");
-  Set("key", nullptr);
-  EXPECT_FALSE(Get("key"));
+  WriteFile(file_ + ".backup", "the user's own");
+  Set("key", "");
+  EXPECT_TRUE(Has("key", ""));
   EXPECT_TRUE(Synchronise());
-  EXPECT_FALSE(Get("key"));
+  EXPECT_TRUE(FileHolds("<dict/>"));
+  EXPECT_TRUE(std::filesystem::remove(file_ + ".backup"));
   const auto files = std::filesystem::directory_iterator(folder_.path() + "/made/config");
   EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a new file was left behind";
 }
@@ -85,114 +82,116 @@ TEST_F(Preferences, FallsBackToTheHomeFolder) {
   setenv("HOME", folder_.path().c_str(), 1);
   for (const char* place : {"", "relative"}) {
     setenv("XDG_CONFIG_HOME", place, 1);
-    Set("key", CFSTR("value"));
+    Set("key", "<true/>");
     EXPECT_TRUE(Synchronise());
-    EXPECT_TRUE(std::filesystem::remove(folder_.path() + "/.config/corefoundation_test.plist"));
+    EXPECT_TRUE(std::filesystem::remove(folder_.path() + "/.config/corefoundation_tests.plist"));
   }
   setenv("HOME", home.c_str(), 1);
 }
 
-TEST_F(Preferences, KeepsOtherKeys) {
-  WriteFile(file_,
-            "<plist version=\"1.0\"><dict><key>date</key><date>2031-02-03T04:05:06Z</date>"
-            "<key>most</key><integer>18446744073709551615</integer>"
-            "<key>real</key><real>0.10000000000000001</real>"
-            "<key>key</key><string>old</string></dict></plist>");
-  const CFRef<CFTypeRef> before = ReadBack();
-  EXPECT_TRUE(CFEqual(Get("key").get(), CFSTR("old")));
-  Set("key", CFSTR("new"));
+TEST_F(Preferences, KeepsWhatOthersWrite) {
+  const std::string others =
+      "<plist version=\"1.0\"><dict><key>date</key><date>9999-12-31T23:59:59Z</date>"
+      "<key>most</key><integer>18446744073709551615</integer>"
+      "<key>least</key><integer>-9223372036854775808</integer>"
+      "<key>real</key><real>0.10000000000000001</real><key>huge</key><real>-1e+300</real>"
+      "<key>all</key><array><data>AAH/</data><dict><key></key><string>a&amp;b "
+      "日&lt;</string></dict>"
+      "<false/></array>";
+  WriteFile(file_, others + "</dict></plist>");
+  EXPECT_TRUE(Has("real", "<real>0.1</real>"));
+  Set("key", "<string>new</string>");
   EXPECT_TRUE(Synchronise());
-  Set("key", CFSTR("old"));
-  EXPECT_TRUE(Synchronise());
-  EXPECT_TRUE(CFEqual(ReadBack().get(), before.get())) << ReadFile(file_);
-}
-
-TEST_F(Preferences, SeesWhatOthersWrite) {
-  Set("key", MakeNumber(1).get());
-  Set("mine", MakeNumber(7).get());
-  EXPECT_TRUE(Synchronise());
-  EXPECT_EQ(NumberAt("key"), 1);
-  WriteFile(file_ + ".new", "<plist><dict><key>key</key><integer>2</integer></dict></plist>");
-  std::filesystem::rename(file_ + ".new", file_);
-  EXPECT_EQ(NumberAt("key"), 2);
-  EXPECT_EQ(NumberAt("mine"), -1);
+  EXPECT_TRUE(FileHolds(others + "<key>key</key><string>new</string></dict></plist>"))
+      << ReadFile(file_);
+  WriteFile(file_ + "2", "<dict><key>key</key><integer>2</integer></dict>");
+  std::filesystem::rename(file_ + "2", file_);
+  EXPECT_TRUE(Has("key", "<integer>2</integer>"));
   std::filesystem::remove(file_);
-  EXPECT_EQ(NumberAt("key"), -1);
+  EXPECT_TRUE(Has("key", ""));
 }
 
 TEST_F(Preferences, ReplacesWhatIsNoDictionary) {
-  for (const char* damaged :
-       {"", "<plist><dict><key>lost</key>", "<plist><array/></plist>", "bplist00", "text"}) {
-    WriteFile(file_, damaged);
-    EXPECT_FALSE(Get("lost")) << damaged;
-    Set("key", CFSTR("value"));
-    EXPECT_TRUE(Synchronise()) << damaged;
-    EXPECT_NE(CFCast<CFDictionaryRef>(ReadBack().get()), nullptr) << damaged;
+  const auto expect_replaced = [this](const char* what) {
+    EXPECT_TRUE(Has("lost", "")) << what;
+    Set("key", "<true/>");
+    EXPECT_TRUE(Synchronise()) << what;
+    EXPECT_TRUE(FileHolds("<dict><key>key</key><true/></dict>")) << what;
+  };
+  for (const char* text : {"", "<dict><key>lost</key>", "<array/>", "bplist00", "text"}) {
+    WriteFile(file_, text);
+    expect_replaced(text);
   }
-}
-
-TEST_F(Preferences, DoesNotWaitForAPipe) {
-  std::filesystem::create_directories(folder_.path() + "/made/config");
+  std::filesystem::remove(file_);
   ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
-  EXPECT_FALSE(Get("key"));
-  Set("key", CFSTR("value"));
-  EXPECT_TRUE(Synchronise());
-  EXPECT_TRUE(std::filesystem::is_regular_file(file_));
+  expect_replaced("a pipe");
+  std::filesystem::remove(file_);
+  std::filesystem::create_symlink("/dev/null", file_);
+  expect_replaced("a link");
 }
 
 TEST_F(Preferences, KeepsValuesThatCannotBeWritten) {
-  const std::string obstacle = folder_.path() + "/obstacle";
-  WriteFile(obstacle, "a file where the folder should be");
-  UsePlace(obstacle + "/config");
-  Set("key", CFSTR("value"));
-  EXPECT_FALSE(Synchronise());
-  EXPECT_TRUE(CFEqual(Get("key").get(), CFSTR("value")));
-  std::filesystem::remove(obstacle);
-  EXPECT_TRUE(Synchronise());
-  EXPECT_TRUE(std::filesystem::exists(file_));
+  const std::string folder = folder_.path() + "/obstacle/config";
+  UsePlace(folder);
+  for (const std::string& obstacle : {folder_.path() + "/obstacle", file_ + "/in a folder"}) {
+    WriteFile(obstacle, "stands in the way");
+    Set("key", "<true/>");
+    EXPECT_FALSE(Synchronise()) << obstacle;
+    EXPECT_TRUE(Has("key", "<true/>")) << obstacle;
+    std::filesystem::remove_all(folder_.path() + "/obstacle");
+    EXPECT_TRUE(Synchronise()) << obstacle;
+    EXPECT_TRUE(std::filesystem::exists(file_)) << obstacle;
+    std::filesystem::remove(file_);
+  }
 }
 
-TEST_F(Preferences, CopiesWhatIsSet) {
+TEST_F(Preferences, CopiesListsAlone) {
   const CFRef<CFMutableArrayRef> array(CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks));
-  Set("key", array.get());
-  CFArrayAppendValue(array.get(), CFSTR("later"));
-  const CFRef<CFTypeRef> kept = Get("key");
-  EXPECT_EQ(CFArrayGetCount(CFCast<CFArrayRef>(kept.get())), 0);
-  const CFRef<CFUUIDRef> uuid(CFUUIDCreateFromString(nullptr, CFSTR("1")));
-  Set("key", uuid.get());
-  EXPECT_TRUE(CFEqual(Get("key").get(), kept.get())) << "a UUID is no property list";
+  Set("key", array);
+  const CFRef<CFUUIDRef> uuid = MakeUUID("1");
+  CFArrayAppendValue(array.get(), uuid.get());
+  EXPECT_TRUE(Has("key", "<array/>"));
+  const CFRef<CFMutableDictionaryRef> dictionary(CFDictionaryCreateMutable(
+      nullptr, 0, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
+  CFDictionarySetValue(dictionary.get(), uuid.get(), CFSTR("a key that is no text"));
+  std::string deep = "<array/>";
+  for (int depth = 1; depth < 512; ++depth) deep = "<array>" + deep + "</array>";
+  const CFRef<CFTypeRef> unwritable[] = {
+      uuid, array, dictionary, MakeString("\x3D\xD8", kCFStringEncodingUTF16LE), Parse(deep)};
+  for (const auto& value : unwritable) {
+    ASSERT_TRUE(value);
+    Set("key", value);
+    EXPECT_TRUE(Has("key", "<array/>")) << &value - unwritable;
+  }
 }
 
 // Writers of one key each in processes of their own, while this one reads: no list is ever torn,
 // and no writer undoes another's work.
 TEST_F(Preferences, ConcurrentWritersKeepEachOthersKeys) {
   constexpr int kWriters = 4;
-  constexpr SInt32 kRounds = 25;
-  Set("first", MakeNumber(0).get());
+  Set("first", "<true/>");
   ASSERT_TRUE(Synchronise());
-  pid_t writers[kWriters];
   for (int i = 0; i < kWriters; ++i) {
-    writers[i] = fork();
-    ASSERT_GE(writers[i], 0);
-    if (writers[i] != 0) continue;
+    const pid_t writer = fork();
+    ASSERT_GE(writer, 0);
+    if (writer != 0) continue;
     bool good = true;
-    for (SInt32 round = 1; round <= kRounds; ++round) {
-      Set("writer " + std::to_string(i), MakeNumber(round).get());
+    for (int round = 0; round <= 25; ++round) {
+      Set(std::to_string(i), "<integer>" + std::to_string(round) + "</integer>");
       good = Synchronise() && good;
     }
     _exit(good ? 0 : 1);
   }
-  int ended = 0;
-  while (ended < kWriters) {
-    ASSERT_NE(CFCast<CFDictionaryRef>(ReadBack().get()), nullptr) << ReadFile(file_);
+  for (int ended = 0; ended < kWriters;) {
+    const CFRef<CFTypeRef> list = Parse(ReadFile(file_));
+    EXPECT_NE(CFCast<CFDictionaryRef>(list.get()), nullptr) << ReadFile(file_);
     int status = 0;
-    while (ended < kWriters && waitpid(-1, &status, WNOHANG) > 0) {
-      ++ended;
-      EXPECT_EQ(status, 0);
-    }
+    if (waitpid(-1, &status, WNOHANG) <= 0) continue;
+    ++ended;
+    EXPECT_EQ(status, 0);
   }
-  for (int i = 0; i < kWriters; ++i) EXPECT_EQ(NumberAt("writer " + std::to_string(i)), kRounds);
-  EXPECT_EQ(NumberAt("first"), 0);
+  for (const char* writer : {"0", "1", "2", "3"}) EXPECT_TRUE(Has(writer, "<integer>25</integer>"));
+  EXPECT_TRUE(Has("first", "<true/>"));
 }
 
 }  // namespace

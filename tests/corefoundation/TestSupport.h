@@ -9,7 +9,6 @@
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <string_view>
 
 #include "corefoundation/Foundation.h"
 
@@ -24,13 +23,8 @@ inline CFRef<CFStringRef> MakeString(const std::string& text,
   return CFRef<CFStringRef>(CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), encoding));
 }
 
-inline std::string TextOf(CFStringRef string) {
-  const CFIndex length = CFStringGetLength(string);
-  std::string text(static_cast<std::size_t>(3 * length + 1), '\0');
-  EXPECT_TRUE(CFStringGetCString(string, text.data(), static_cast<CFIndex>(text.size()),
-                                 kCFStringEncodingUTF8));
-  text.resize(text.find('\0'));
-  return text;
+inline CFRef<CFUUIDRef> MakeUUID(const char* text) {
+  return CFRef<CFUUIDRef>(CFUUIDCreateFromString(kCFAllocatorDefault, MakeString(text).get()));
 }
 
 inline CFRef<CFDataRef> MakeData(const std::string& bytes) {
@@ -39,8 +33,9 @@ inline CFRef<CFDataRef> MakeData(const std::string& bytes) {
                                        static_cast<CFIndex>(bytes.size())));
 }
 
-inline CFRef<CFNumberRef> MakeNumber(SInt32 value) {
-  return CFRef<CFNumberRef>(CFNumberCreate(kCFAllocatorDefault, kCFNumberSInt32Type, &value));
+inline CFRef<CFTypeRef> Parse(const std::string& bytes) {
+  return CFRef<CFTypeRef>(CFPropertyListCreateWithData(
+      nullptr, MakeData(bytes).get(), kCFPropertyListMutableContainers, nullptr, nullptr));
 }
 
 inline void WriteFile(const std::string& path, const std::string& bytes) {
@@ -55,11 +50,7 @@ inline std::string ReadFile(const std::string& path) {
 
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string path = testing::TempDir() + "corefoundation.XXXXXX";
-    EXPECT_NE(mkdtemp(path.data()), nullptr);
-    path_ = path;
-  }
+  TemporaryFolder() { EXPECT_NE(mkdtemp(path_.data()), nullptr); }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }
@@ -67,7 +58,7 @@ class TemporaryFolder {
   const std::string& path() const { return path_; }
 
  private:
-  std::string path_;
+  std::string path_ = testing::TempDir() + "corefoundation.XXXXXX";
 };
 
 #endif  // TESTS_COREFOUNDATION_TESTSUPPORT_H_
