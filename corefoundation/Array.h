@@ -2,10 +2,9 @@
 #ifndef COREFOUNDATION_ARRAY_H_
 #define COREFOUNDATION_ARRAY_H_
 
-#include <CoreFoundation/CFArray.h>
-
 #include <vector>
 
+#include "corefoundation/Foundation.h"
 #include "corefoundation/Object.h"
 
 namespace CoreFoundation {
@@ -14,18 +13,16 @@ class Array final : public Object {
  public:
   using Ref = CFArrayRef;
 
-  explicit Array(const CFArrayCallBacks& callbacks) : Object(Type::kArray), callbacks_(callbacks) {}
-  ~Array() override;
+  Array() : Object(Type::kArray) {}
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override { return values_.size(); }
+  std::size_t Hash() const override { return values_.size(); }
 
-  const std::vector<const void*>& values() const { return values_; }
-  void Append(const void* value);
+  const std::vector<CFRef<CFTypeRef>>& values() const { return values_; }
+  void Append(CFTypeRef value) { values_.push_back(CFRef<CFTypeRef>::Retain(value)); }
 
  private:
-  const CFArrayCallBacks callbacks_;
-  std::vector<const void*> values_;
+  std::vector<CFRef<CFTypeRef>> values_;
 };
 
 }  // namespace CoreFoundation

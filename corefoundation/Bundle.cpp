@@ -67,8 +67,8 @@ void Bundle::ReadInformation(CFDictionaryRef information) {
 void Bundle::ReadFactories(CFDictionaryRef factories) {
   if (factories == nullptr) return;
   for (const auto& [key, value] : ObjectOf<Dictionary>(factories).entries()) {
-    const auto factory = UUIDOf(key);
-    std::string function = TextOf(value);
+    const auto factory = UUIDOf(key.get());
+    std::string function = TextOf(value.get());
     if (factory && !function.empty()) functions_.emplace(*factory, std::move(function));
   }
 }
@@ -76,11 +76,11 @@ void Bundle::ReadFactories(CFDictionaryRef factories) {
 void Bundle::ReadTypes(CFDictionaryRef types) {
   if (types == nullptr) return;
   for (const auto& [key, value] : ObjectOf<Dictionary>(types).entries()) {
-    const auto type = UUIDOf(key);
-    const auto list = CFCast<CFArrayRef>(value);
+    const auto type = UUIDOf(key.get());
+    const auto list = CFCast<CFArrayRef>(value.get());
     if (!type || list == nullptr) continue;
-    for (const void* item : ObjectOf<Array>(list).values()) {
-      const auto factory = UUIDOf(item);
+    for (const auto& item : ObjectOf<Array>(list).values()) {
+      const auto factory = UUIDOf(item.get());
       if (factory && functions_.count(*factory) != 0) types_[*type].push_back(*factory);
     }
   }

@@ -21,7 +21,7 @@ class Bundle final : public Object {
   explicit Bundle(std::string path);
 
   bool Equals(const Object& other) const override { return this == &other; }
-  CFHashCode Hash() const override { return 0; }
+  std::size_t Hash() const override { return 0; }
 
   // The names of the factories' functions.
   const std::map<UUIDBytes, std::string>& functions() const { return functions_; }

@@ -7,40 +7,11 @@
 
 namespace CoreFoundation {
 
-namespace {
-
-const void* RetainObject(CFAllocatorRef /*allocator*/, const void* value) {
-  return CFRetain(value);
-}
-void ReleaseObject(CFAllocatorRef /*allocator*/, const void* value) {
-  CFRelease(value);
-}
-
-constexpr CFArrayCallBacks kNoCallBacks = {0, nullptr, nullptr, nullptr, nullptr};
-
-Array* NewArray(const CFArrayCallBacks* callbacks) {
-  return new Array(callbacks != nullptr ? *callbacks : kNoCallBacks);
-}
-
-}  // namespace
-
-Array::~Array() {
-  if (callbacks_.release == nullptr) return;
-  for (const void* value : values_) callbacks_.release(kCFAllocatorDefault, value);
-}
-
 bool Array::Equals(const Object& other) const {
   const auto& values = static_cast<const Array&>(other).values_;
-  return std::equal(values_.begin(), values_.end(), values.begin(), values.end(),
-                    [this](const void* left, const void* right) {
-                      return left == right ||
-                             (callbacks_.equal != nullptr && callbacks_.equal(left, right) != 0);
-                    });
-}
-
-void Array::Append(const void* value) {
-  if (callbacks_.retain != nullptr) value = callbacks_.retain(kCFAllocatorDefault, value);
-  values_.push_back(value);
+  return std::equal(
+      values_.begin(), values_.end(), values.begin(), values.end(),
+      [](const auto& left, const auto& right) { return CFEqual(left.get(), right.get()) != 0; });
 }
 
 }  // namespace CoreFoundation
@@ -48,24 +19,25 @@ void Array::Append(const void* value) {
 using CoreFoundation::Array;
 using CoreFoundation::ObjectOf;
 
-const CFArrayCallBacks kCFTypeArrayCallBacks = {0, CoreFoundation::RetainObject,
-                                                CoreFoundation::ReleaseObject, nullptr, CFEqual};
+struct CFArrayCallBacks {};
+const CFArrayCallBacks kCFTypeArrayCallBacks = {};
 
 CFTypeID CFArrayGetTypeID(void) {
   return static_cast<CFTypeID>(CoreFoundation::Type::kArray);
 }
 
-CFArrayRef CFArrayCreate(CFAllocatorRef /*allocator*/, const void** values, CFIndex count,
+CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex count,
                          const CFArrayCallBacks* callbacks) {
   if (count < 0) return nullptr;
-  Array* array = CoreFoundation::NewArray(callbacks);
-  std::for_each(values, values + count, [array](const void* value) { array->Append(value); });
-  return CoreFoundation::RefTo(array);
+  CFMutableArrayRef array = CFArrayCreateMutable(allocator, count, callbacks);
+  for (CFIndex i = 0; array != nullptr && i < count; ++i) CFArrayAppendValue(array, values[i]);
+  return array;
 }
 
 CFMutableArrayRef CFArrayCreateMutable(CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
                                        const CFArrayCallBacks* callbacks) {
-  return CoreFoundation::MutableRefTo<CFMutableArrayRef>(CoreFoundation::NewArray(callbacks));
+  if (callbacks != &kCFTypeArrayCallBacks) return nullptr;
+  return CoreFoundation::MutableRefTo<CFMutableArrayRef>(new Array);
 }
 
 CFIndex CFArrayGetCount(CFArrayRef array) {
@@ -75,7 +47,7 @@ CFIndex CFArrayGetCount(CFArrayRef array) {
 const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index) {
   const auto& values = ObjectOf<Array>(array).values();
   if (index < 0 || static_cast<std::size_t>(index) >= values.size()) return nullptr;
-  return values[static_cast<std::size_t>(index)];
+  return values[static_cast<std::size_t>(index)].get();
 }
 
 void CFArrayAppendValue(CFMutableArrayRef array, const void* value) {

@@ -23,7 +23,7 @@ class Allocator final : public Object {
   constexpr Allocator() : Object(Type::kAllocator, Lifetime::kConstant) {}
 
   bool Equals(const Object& other) const override { return this == &other; }
-  CFHashCode Hash() const override { return 0; }
+  std::size_t Hash() const override { return 0; }
 };
 
 Immortal<Allocator> system_allocator;
@@ -47,10 +47,6 @@ void CFRelease(CFTypeRef object) {
   ObjectOf(object).Release();
 }
 
-CFIndex CFGetRetainCount(CFTypeRef object) {
-  return ObjectOf(object).OwnerCount();
-}
-
 CFTypeID CFGetTypeID(CFTypeRef object) {
   return static_cast<CFTypeID>(ObjectOf(object).type());
 }
@@ -58,8 +54,4 @@ CFTypeID CFGetTypeID(CFTypeRef object) {
 Boolean CFEqual(CFTypeRef left, CFTypeRef right) {
   if (left == right) return 1;
   return ObjectOf(left).type() == ObjectOf(right).type() && ObjectOf(left).Equals(ObjectOf(right));
-}
-
-CFHashCode CFHash(CFTypeRef object) {
-  return ObjectOf(object).Hash();
 }

@@ -11,7 +11,7 @@ bool Data::Equals(const Object& other) const {
   return bytes_ == static_cast<const Data&>(other).bytes_;
 }
 
-CFHashCode Data::Hash() const {
+std::size_t Data::Hash() const {
   return std::hash<std::string>()(bytes_);
 }
 

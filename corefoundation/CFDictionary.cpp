@@ -2,90 +2,37 @@
 #include <CoreFoundation/CFDictionary.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "corefoundation/Dictionary.h"
 
 namespace CoreFoundation {
 
-namespace {
-
-const void* RetainObject(CFAllocatorRef /*allocator*/, const void* value) {
-  return CFRetain(value);
-}
-void ReleaseObject(CFAllocatorRef /*allocator*/, const void* value) {
-  CFRelease(value);
+std::size_t Dictionary::KeyHash::operator()(const CFRef<CFTypeRef>& key) const {
+  return ObjectOf(key.get()).Hash();
 }
 
-constexpr CFDictionaryKeyCallBacks kNoKeyCallBacks = {0,       nullptr, nullptr,
-                                                      nullptr, nullptr, nullptr};
-constexpr CFDictionaryValueCallBacks kNoValueCallBacks = {0, nullptr, nullptr, nullptr, nullptr};
-
-template <typename CallBacks>
-const void* Retained(const CallBacks& callbacks, const void* value) {
-  if (callbacks.retain == nullptr) return value;
-  return callbacks.retain(kCFAllocatorDefault, value);
-}
-
-template <typename CallBacks>
-void Released(const CallBacks& callbacks, const void* value) {
-  if (callbacks.release != nullptr) callbacks.release(kCFAllocatorDefault, value);
-}
-
-Dictionary* NewDictionary(const CFDictionaryKeyCallBacks* key_callbacks,
-                          const CFDictionaryValueCallBacks* value_callbacks) {
-  return new Dictionary(key_callbacks != nullptr ? *key_callbacks : kNoKeyCallBacks,
-                        value_callbacks != nullptr ? *value_callbacks : kNoValueCallBacks);
-}
-
-}  // namespace
-
-CFHashCode Dictionary::KeyHash::operator()(const void* key) const {
-  return hash != nullptr ? hash(key) : std::hash<const void*>()(key);
-}
-
-bool Dictionary::KeyEqual::operator()(const void* left, const void* right) const {
-  return left == right || (equal != nullptr && equal(left, right) != 0);
-}
-
-Dictionary::Dictionary(const CFDictionaryKeyCallBacks& key_callbacks,
-                       const CFDictionaryValueCallBacks& value_callbacks)
-    : Object(Type::kDictionary),
-      key_callbacks_(key_callbacks),
-      value_callbacks_(value_callbacks),
-      entries_(0, KeyHash{key_callbacks.hash}, KeyEqual{key_callbacks.equal}) {}
-
-Dictionary::~Dictionary() {
-  for (const auto& [key, value] : entries_) {
-    Released(value_callbacks_, value);
-    Released(key_callbacks_, key);
-  }
+bool Dictionary::KeyEqual::operator()(const CFRef<CFTypeRef>& left,
+                                      const CFRef<CFTypeRef>& right) const {
+  return CFEqual(left.get(), right.get()) != 0;
 }
 
 bool Dictionary::Equals(const Object& other) const {
   const auto& dictionary = static_cast<const Dictionary&>(other);
   if (entries_.size() != dictionary.entries_.size()) return false;
-  const KeyEqual same{value_callbacks_.equal};
   return std::all_of(entries_.begin(), entries_.end(), [&](const auto& entry) {
     const auto match = dictionary.entries_.find(entry.first);
-    return match != dictionary.entries_.end() && same(entry.second, match->second);
+    return match != dictionary.entries_.end() &&
+           CFEqual(entry.second.get(), match->second.get()) != 0;
   });
 }
 
-const void* Dictionary::Find(const void* key) const {
-  const auto entry = entries_.find(key);
-  return entry != entries_.end() ? entry->second : nullptr;
+CFTypeRef Dictionary::Find(CFTypeRef key) const {
+  const auto entry = entries_.find(CFRef<CFTypeRef>::Retain(key));
+  return entry != entries_.end() ? entry->second.get() : nullptr;
 }
 
-void Dictionary::Set(const void* key, const void* value) {
-  value = Retained(value_callbacks_, value);
-  const auto entry = entries_.find(key);
-  if (entry == entries_.end()) {
-    entries_.emplace(Retained(key_callbacks_, key), value);
-    return;
-  }
-  Released(value_callbacks_, entry->second);
-  entry->second = value;
+void Dictionary::Set(CFTypeRef key, CFTypeRef value) {
+  entries_[CFRef<CFTypeRef>::Retain(key)] = CFRef<CFTypeRef>::Retain(value);
 }
 
 }  // namespace CoreFoundation
@@ -93,37 +40,35 @@ void Dictionary::Set(const void* key, const void* value) {
 using CoreFoundation::Dictionary;
 using CoreFoundation::ObjectOf;
 
-const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks = {
-    0, CoreFoundation::RetainObject, CoreFoundation::ReleaseObject, nullptr, CFEqual, CFHash};
-const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {
-    0, CoreFoundation::RetainObject, CoreFoundation::ReleaseObject, nullptr, CFEqual};
+struct CFDictionaryKeyCallBacks {};
+struct CFDictionaryValueCallBacks {};
+const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks = {};
+const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks = {};
 
 CFTypeID CFDictionaryGetTypeID(void) {
   return static_cast<CFTypeID>(CoreFoundation::Type::kDictionary);
 }
 
-CFDictionaryRef CFDictionaryCreate(CFAllocatorRef /*allocator*/, const void** keys,
-                                   const void** values, CFIndex count,
-                                   const CFDictionaryKeyCallBacks* key_callbacks,
+CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values,
+                                   CFIndex count, const CFDictionaryKeyCallBacks* key_callbacks,
                                    const CFDictionaryValueCallBacks* value_callbacks) {
   if (count < 0) return nullptr;
-  Dictionary* dictionary = CoreFoundation::NewDictionary(key_callbacks, value_callbacks);
-  for (CFIndex i = 0; i < count; ++i) {
-    if (dictionary->Find(keys[i]) == nullptr) dictionary->Set(keys[i], values[i]);
+  CFMutableDictionaryRef dictionary =
+      CFDictionaryCreateMutable(allocator, count, key_callbacks, value_callbacks);
+  // From the last, so that of equal keys the first stays.
+  while (dictionary != nullptr && count-- > 0) {
+    CFDictionarySetValue(dictionary, keys[count], values[count]);
   }
-  return CoreFoundation::RefTo(dictionary);
+  return dictionary;
 }
 
 CFMutableDictionaryRef CFDictionaryCreateMutable(
     CFAllocatorRef /*allocator*/, CFIndex /*capacity*/,
     const CFDictionaryKeyCallBacks* key_callbacks,
     const CFDictionaryValueCallBacks* value_callbacks) {
-  return CoreFoundation::MutableRefTo<CFMutableDictionaryRef>(
-      CoreFoundation::NewDictionary(key_callbacks, value_callbacks));
-}
-
-CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary) {
-  return static_cast<CFIndex>(ObjectOf<Dictionary>(dictionary).entries().size());
+  if (key_callbacks != &kCFTypeDictionaryKeyCallBacks) return nullptr;
+  if (value_callbacks != &kCFTypeDictionaryValueCallBacks) return nullptr;
+  return CoreFoundation::MutableRefTo<CFMutableDictionaryRef>(new Dictionary);
 }
 
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {

@@ -23,34 +23,12 @@ std::int64_t Truncate(double value) {
   return static_cast<std::int64_t>(value);
 }
 
-// A number in 64 bits, and whether it is still the same.
-struct Conversion {
-  std::int64_t integer;
-  bool exact;
-};
-
-Conversion ToInteger(const Number::Value& value) {
-  if (const auto* integer = std::get_if<std::int64_t>(&value)) return {*integer, true};
-  if (const auto* integer = std::get_if<std::uint64_t>(&value)) {
-    return {static_cast<std::int64_t>(*integer), false};
-  }
-  const double real = std::get<double>(value);
-  return {Truncate(real), std::trunc(real) == real && real >= -kTwoTo63 && real < kTwoTo63};
-}
-
-double ToDouble(const Number::Value& value) {
-  return std::visit([](auto number) { return static_cast<double>(number); }, value);
-}
-
-bool IsExactAsDouble(const Number::Value& value) {
-  const double real = ToDouble(value);
-  if (const auto* integer = std::get_if<std::int64_t>(&value)) {
-    return real < kTwoTo63 && static_cast<std::int64_t>(real) == *integer;
-  }
-  if (const auto* integer = std::get_if<std::uint64_t>(&value)) {
-    return real < 2 * kTwoTo63 && static_cast<std::uint64_t>(real) == *integer;
-  }
-  return true;
+// The number in 64 bits, truncated.
+std::int64_t ToInteger(const Number::Value& value) {
+  const auto* real = std::get_if<double>(&value);
+  if (real != nullptr) return Truncate(*real);
+  const auto* large = std::get_if<std::uint64_t>(&value);
+  return large != nullptr ? static_cast<std::int64_t>(*large) : std::get<std::int64_t>(value);
 }
 
 }  // namespace
@@ -59,13 +37,11 @@ Number::Number(std::uint64_t value)
     : Number(value <= INT64_MAX ? Value(static_cast<std::int64_t>(value)) : Value(value)) {}
 
 bool Number::Equals(const Object& other) const {
-  const Value& value = static_cast<const Number&>(other).value_;
-  if (value_.index() == value.index()) return value_ == value;
-  return IsExactAsDouble(value_) && IsExactAsDouble(value) && ToDouble(value_) == ToDouble(value);
+  return value_ == static_cast<const Number&>(other).value_;
 }
 
-CFHashCode Number::Hash() const {
-  return std::hash<double>()(ToDouble(value_));
+std::size_t Number::Hash() const {
+  return std::hash<Value>()(value_);
 }
 
 }  // namespace CoreFoundation
@@ -90,34 +66,16 @@ CFTypeID CFNumberGetTypeID(void) {
 }
 
 CFNumberRef CFNumberCreate(CFAllocatorRef /*allocator*/, CFNumberType type, const void* value) {
-  switch (type) {
-    case kCFNumberSInt32Type:
-      return RefTo(new Number(std::int64_t{*static_cast<const SInt32*>(value)}));
-    case kCFNumberSInt64Type:
-      return RefTo(new Number(*static_cast<const SInt64*>(value)));
-    case kCFNumberDoubleType:
-      return RefTo(new Number(*static_cast<const double*>(value)));
-    default:
-      return nullptr;
-  }
+  if (type != kCFNumberSInt32Type) return nullptr;
+  return RefTo(new Number(std::int64_t{*static_cast<const SInt32*>(value)}));
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
+  if (type != kCFNumberSInt32Type) return 0;
   const Number::Value& held = ObjectOf<Number>(number).value();
-  const auto [integer, exact] = CoreFoundation::ToInteger(held);
-  switch (type) {
-    case kCFNumberSInt32Type: {
-      const auto truncated = static_cast<SInt32>(integer);
-      *static_cast<SInt32*>(value) = truncated;
-      return exact && truncated == integer;
-    }
-    case kCFNumberSInt64Type:
-      *static_cast<SInt64*>(value) = integer;
-      return exact;
-    case kCFNumberDoubleType:
-      *static_cast<double*>(value) = CoreFoundation::ToDouble(held);
-      return CoreFoundation::IsExactAsDouble(held);
-    default:
-      return 0;
-  }
+  const auto truncated = static_cast<SInt32>(CoreFoundation::ToInteger(held));
+  *static_cast<SInt32*>(value) = truncated;
+  const bool is_exact = held == Number::Value(std::int64_t{truncated}) ||
+                        held == Number::Value(static_cast<double>(truncated));
+  return is_exact ? 1 : 0;
 }

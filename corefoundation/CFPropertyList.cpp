@@ -19,18 +19,3 @@ CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef /*allocator*/, CFD
   }
   return list.release();
 }
-
-CFDataRef CFPropertyListCreateData(CFAllocatorRef /*allocator*/, CFPropertyListRef list,
-                                   CFPropertyListFormat format, CFOptionFlags /*options*/,
-                                   CFErrorRef* error) {
-  if (error != nullptr) *error = nullptr;
-  if (format != kCFPropertyListXMLFormat_v1_0 && format != kCFPropertyListBinaryFormat_v1_0) {
-    return nullptr;
-  }
-  const CoreFoundation::Node node = CoreFoundation::NodeFromObject(list);
-  if (!node) return nullptr;
-  std::string bytes = format == kCFPropertyListBinaryFormat_v1_0
-                          ? CoreFoundation::WriteBinary(node.get())
-                          : CoreFoundation::WriteXML(node.get());
-  return CoreFoundation::RefTo(new Data(std::move(bytes)));
-}

@@ -44,7 +44,6 @@ std::size_t PartLength(const std::string& bytes, std::size_t room, CFStringEncod
 // The bytes that one UTF-16 unit takes at most; 0 for an encoding that is not known.
 CFIndex MaximumUnitSize(CFStringEncoding encoding) {
   switch (encoding) {
-    case kCFStringEncodingASCII:
     case kCFStringEncodingMacRoman:
       return 1;
     case kCFStringEncodingDOSJapanese:
@@ -69,7 +68,7 @@ bool String::Equals(const Object& other) const {
   return units_ == static_cast<const String&>(other).units_;
 }
 
-CFHashCode String::Hash() const {
+std::size_t String::Hash() const {
   return std::hash<std::u16string>()(units_);
 }
 

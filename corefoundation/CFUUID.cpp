@@ -27,7 +27,7 @@ bool UUID::Equals(const Object& other) const {
   return bytes_ == static_cast<const UUID&>(other).bytes_;
 }
 
-CFHashCode UUID::Hash() const {
+std::size_t UUID::Hash() const {
   return std::hash<std::string_view>()(
       {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()});
 }

@@ -18,7 +18,7 @@ class Data final : public Object {
   explicit Data(std::string bytes) : Object(Type::kData), bytes_(std::move(bytes)) {}
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override;
+  std::size_t Hash() const override;
 
   const std::string& bytes() const { return bytes_; }
 

@@ -2,10 +2,9 @@
 #ifndef COREFOUNDATION_DICTIONARY_H_
 #define COREFOUNDATION_DICTIONARY_H_
 
-#include <CoreFoundation/CFDictionary.h>
-
 #include <unordered_map>
 
+#include "corefoundation/Foundation.h"
 #include "corefoundation/Object.h"
 
 namespace CoreFoundation {
@@ -14,30 +13,24 @@ class Dictionary final : public Object {
  public:
   using Ref = CFDictionaryRef;
 
-  Dictionary(const CFDictionaryKeyCallBacks& key_callbacks,
-             const CFDictionaryValueCallBacks& value_callbacks);
-  ~Dictionary() override;
+  Dictionary() : Object(Type::kDictionary) {}
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override { return entries_.size(); }
+  std::size_t Hash() const override { return entries_.size(); }
 
   // Null when the key is missing.
-  const void* Find(const void* key) const;
-  void Set(const void* key, const void* value);
+  CFTypeRef Find(CFTypeRef key) const;
+  void Set(CFTypeRef key, CFTypeRef value);
 
  private:
   struct KeyHash {
-    CFHashCode (*hash)(const void* value);
-    CFHashCode operator()(const void* key) const;
+    std::size_t operator()(const CFRef<CFTypeRef>& key) const;
   };
   struct KeyEqual {
-    ::Boolean (*equal)(const void* left, const void* right);
-    bool operator()(const void* left, const void* right) const;
+    bool operator()(const CFRef<CFTypeRef>& left, const CFRef<CFTypeRef>& right) const;
   };
-  using Entries = std::unordered_map<const void*, const void*, KeyHash, KeyEqual>;
+  using Entries = std::unordered_map<CFRef<CFTypeRef>, CFRef<CFTypeRef>, KeyHash, KeyEqual>;
 
-  const CFDictionaryKeyCallBacks key_callbacks_;
-  const CFDictionaryValueCallBacks value_callbacks_;
   Entries entries_;
 
  public:

@@ -19,7 +19,7 @@ class Boolean final : public Object {
       : Object(Type::kBoolean, Lifetime::kConstant), value_(value) {}
 
   bool Equals(const Object& other) const override { return this == &other; }
-  CFHashCode Hash() const override { return value_ ? 1 : 0; }
+  std::size_t Hash() const override { return value_ ? 1 : 0; }
 
   bool value() const { return value_; }
 
@@ -39,7 +39,7 @@ class Number final : public Object {
   explicit Number(std::uint64_t value);
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override;
+  std::size_t Hash() const override;
 
   const Value& value() const { return value_; }
 

@@ -5,6 +5,7 @@
 #include <CoreFoundation/CFBase.h>
 
 #include <atomic>
+#include <cstddef>
 
 namespace CoreFoundation {
 
@@ -35,13 +36,12 @@ class Object {
 
   Type type() const { return type_; }
 
-  // other is of the same type.
+  // other is of the same type. Equal objects have equal hashes.
   virtual bool Equals(const Object& other) const = 0;
-  virtual CFHashCode Hash() const = 0;
+  virtual std::size_t Hash() const = 0;
 
   void Retain() const;
   void Release() const;
-  CFIndex OwnerCount() const { return owners_.load(std::memory_order_relaxed); }
 
  protected:
   constexpr explicit Object(Type type, Lifetime lifetime = Lifetime::kCounted)

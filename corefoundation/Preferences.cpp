@@ -87,8 +87,9 @@ bool Preferences::Write() {
 CFRef<CFDictionaryRef> Preferences::Merge(CFDictionaryRef list) const {
   CFRef<CFMutableDictionaryRef> merged = NewList();
   for (const auto& [key, value] : ObjectOf<Dictionary>(list).entries()) {
-    const auto change = changes_.find(ObjectOf<String>(static_cast<CFStringRef>(key)).units());
-    if (change == changes_.end()) CFDictionarySetValue(merged.get(), key, value);
+    const auto change =
+        changes_.find(ObjectOf<String>(static_cast<CFStringRef>(key.get())).units());
+    if (change == changes_.end()) CFDictionarySetValue(merged.get(), key.get(), value.get());
   }
   for (const auto& [units, change] : changes_) {
     if (change.value) CFDictionarySetValue(merged.get(), change.key.get(), change.value.get());

@@ -20,17 +20,6 @@ CFRef<CFTypeRef> Created(CFTypeRef object) {
   return CFRef<CFTypeRef>(object);
 }
 
-using Writer = void (*)(plist_t node, char** bytes, std::uint32_t* length);
-using Freer = void (*)(char* bytes);
-
-std::string Write(plist_t node, Writer writer, Freer freer) {
-  char* bytes = nullptr;
-  std::uint32_t length = 0;
-  writer(node, &bytes, &length);
-  const std::unique_ptr<char, Freer> owner(bytes, freer);
-  return bytes != nullptr ? std::string(bytes, length) : std::string();
-}
-
 // A number past the signed range. libplist's own calls do not say or take the sign: its XML does.
 bool IsNegative(plist_t integer) {
   return WriteXML(integer).find("<integer>-") != std::string::npos;
@@ -118,8 +107,8 @@ Node NodeFromString(const String& string) {
 
 Node NodeFromArray(const Array& array, std::size_t depth) {
   Node node(plist_new_array());
-  for (const void* value : array.values()) {
-    Node item = NodeFromObject(ObjectOf(value), depth);
+  for (const auto& value : array.values()) {
+    Node item = NodeFromObject(ObjectOf(value.get()), depth);
     if (!item) return nullptr;
     plist_array_append_item(node.get(), item.release());
   }
@@ -131,9 +120,9 @@ Node NodeFromDictionary(const Dictionary& dictionary, std::size_t depth) {
   std::map<std::string, const Object*> entries;
   for (const auto& [key, value] : dictionary.entries()) {
     std::string text;
-    if (ObjectOf(key).type() != Type::kString) return nullptr;
-    if (!GetNodeText(static_cast<const String&>(ObjectOf(key)), text)) return nullptr;
-    entries.emplace(std::move(text), &ObjectOf(value));
+    const auto string = CFCast<CFStringRef>(key.get());
+    if (string == nullptr || !GetNodeText(ObjectOf<String>(string), text)) return nullptr;
+    entries.emplace(std::move(text), &ObjectOf(value.get()));
   }
   Node node(plist_new_dict());
   for (const auto& [key, value] : entries) {
@@ -233,10 +222,11 @@ CFRef<CFTypeRef> ParseObject(std::string_view bytes) {
 }
 
 std::string WriteXML(plist_t node) {
-  return Write(node, plist_to_xml, plist_to_xml_free);
-}
-std::string WriteBinary(plist_t node) {
-  return Write(node, plist_to_bin, plist_to_bin_free);
+  char* bytes = nullptr;
+  std::uint32_t length = 0;
+  plist_to_xml(node, &bytes, &length);
+  const std::unique_ptr<char, void (*)(char*)> owner(bytes, plist_to_xml_free);
+  return bytes != nullptr ? std::string(bytes, length) : std::string();
 }
 
 }  // namespace CoreFoundation

@@ -31,7 +31,7 @@ class Foreign final : public Object {
   Foreign(Type type, plist_t node) : Object(type), node_(plist_copy(node)) {}
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override { return 0; }
+  std::size_t Hash() const override { return 0; }
 
   Node Copy() const { return Node(plist_copy(node_.get())); }
 
@@ -55,7 +55,6 @@ Node NodeFromObject(CFTypeRef object, std::size_t depth = 0);
 CFRef<CFTypeRef> ParseObject(std::string_view bytes);
 
 std::string WriteXML(plist_t node);
-std::string WriteBinary(plist_t node);
 
 }  // namespace CoreFoundation
 

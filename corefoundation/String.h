@@ -18,7 +18,7 @@ class String final : public Object {
   explicit String(std::u16string units, Lifetime lifetime = Lifetime::kCounted);
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override;
+  std::size_t Hash() const override;
 
   const std::u16string& units() const { return units_; }
 

@@ -1,4 +1,4 @@
-// ASCII, UTF-8 (RFC 3629), UTF-16 (RFC 2781) and Mac Roman. Shift-JIS is CodePage932's.
+// UTF-8 (RFC 3629), UTF-16 (RFC 2781) and Mac Roman. Shift-JIS is CodePage932's.
 #include "corefoundation/TextEncoding.h"
 
 #include <algorithm>
@@ -161,10 +161,6 @@ std::optional<std::u16string> DecodeText(std::string_view bytes, CFStringEncodin
   if (encoding == kCFStringEncodingUTF16LE) return DecodeUTF16LE(bytes);
   if (encoding == kCFStringEncodingUTF8) return DecodeUTF8(bytes);
   if (encoding == kCFStringEncodingMacRoman) return DecodeMacRoman(bytes);
-  const bool ascii = std::all_of(bytes.begin(), bytes.end(), IsASCII);
-  if (encoding == kCFStringEncodingASCII || encoding == kCFStringEncodingDOSJapanese) {
-    if (ascii) return std::u16string(bytes.begin(), bytes.end());
-  }
   if (encoding == kCFStringEncodingDOSJapanese) return DecodeCodePage932(bytes);
   return std::nullopt;
 }
@@ -177,7 +173,6 @@ std::size_t EncodeCharacter(std::u16string_view text, CFStringEncoding encoding,
       return EncodeUTF16LE(unit, bytes);
     case kCFStringEncodingUTF8:
       return EncodeUTF8(text, bytes);
-    case kCFStringEncodingASCII:
     case kCFStringEncodingMacRoman:
     case kCFStringEncodingDOSJapanese:
       break;

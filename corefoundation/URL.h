@@ -20,7 +20,7 @@ class URL final : public Object {
   ~URL() override { path_.Release(); }
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override { return path_.Hash(); }
+  std::size_t Hash() const override { return path_.Hash(); }
 
   const String& path() const { return path_; }
 

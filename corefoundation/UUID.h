@@ -22,7 +22,7 @@ class UUID final : public Object {
       : Object(Type::kUUID, lifetime), bytes_(bytes) {}
 
   bool Equals(const Object& other) const override;
-  CFHashCode Hash() const override;
+  std::size_t Hash() const override;
 
   const UUIDBytes& bytes() const { return bytes_; }
 

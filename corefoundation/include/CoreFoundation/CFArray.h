@@ -6,26 +6,18 @@
 
 CF_EXTERN_C_BEGIN
 
-// How an array keeps its values. A null call leaves its step out.
-typedef struct CFArrayCallBacks {
-  CFIndex version;  // 0
-  const void* (*retain)(CFAllocatorRef allocator, const void* value);
-  void (*release)(CFAllocatorRef allocator, const void* value);
-  CFStringRef (*copyDescription)(const void* value);  // never called
-  Boolean (*equal)(const void* left, const void* right);
-} CFArrayCallBacks;
-
-// The values are objects, which the array owns.
+// How an array keeps its values. There is one way: they are objects, which the array owns.
+typedef struct CFArrayCallBacks CFArrayCallBacks;
 CF_EXPORT const CFArrayCallBacks kCFTypeArrayCallBacks;
 
 CF_EXPORT CFTypeID CFArrayGetTypeID(void);
 
-// values may be null when count is 0. callbacks may be null: the array then holds plain pointers.
-// Null for a negative count.
+// values may be null when count is 0; callbacks is &kCFTypeArrayCallBacks. Null for a negative
+// count and for other callbacks.
 CF_EXPORT CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex count,
                                    const CFArrayCallBacks* callbacks);
 
-// An empty array that grows; capacity is a hint.
+// An empty array that grows; capacity is a hint, callbacks as above.
 CF_EXPORT CFMutableArrayRef CFArrayCreateMutable(CFAllocatorRef allocator, CFIndex capacity,
                                                  const CFArrayCallBacks* callbacks);
 

@@ -31,7 +31,6 @@ typedef int64_t SInt64;
 typedef SInt64 CFIndex;
 typedef unsigned long CFTypeID;
 typedef unsigned long CFOptionFlags;
-typedef unsigned long CFHashCode;
 
 // Any object.
 typedef const void* CFTypeRef;
@@ -78,17 +77,11 @@ CF_EXPORT CFTypeRef CFRetain(CFTypeRef object);
 // Takes an owner away and destroys the object with the last one. Constants are never destroyed.
 CF_EXPORT void CFRelease(CFTypeRef object);
 
-// The number of owners; for tests.
-CF_EXPORT CFIndex CFGetRetainCount(CFTypeRef object);
-
 // Tells objects of different types apart; compare with CFStringGetTypeID() and its like.
 CF_EXPORT CFTypeID CFGetTypeID(CFTypeRef object);
 
 // Same type and same value.
 CF_EXPORT Boolean CFEqual(CFTypeRef left, CFTypeRef right);
-
-// Equal objects have equal codes.
-CF_EXPORT CFHashCode CFHash(CFTypeRef object);
 
 CF_EXTERN_C_END
 

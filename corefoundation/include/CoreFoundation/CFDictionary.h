@@ -6,45 +6,27 @@
 
 CF_EXTERN_C_BEGIN
 
-// How a dictionary keeps its keys. A null call leaves its step out; without equal and hash, keys
-// are the same when their pointers are.
-typedef struct CFDictionaryKeyCallBacks {
-  CFIndex version;  // 0
-  const void* (*retain)(CFAllocatorRef allocator, const void* value);
-  void (*release)(CFAllocatorRef allocator, const void* value);
-  CFStringRef (*copyDescription)(const void* value);  // never called
-  Boolean (*equal)(const void* left, const void* right);
-  CFHashCode (*hash)(const void* value);
-} CFDictionaryKeyCallBacks;
-
-// How a dictionary keeps its values.
-typedef struct CFDictionaryValueCallBacks {
-  CFIndex version;  // 0
-  const void* (*retain)(CFAllocatorRef allocator, const void* value);
-  void (*release)(CFAllocatorRef allocator, const void* value);
-  CFStringRef (*copyDescription)(const void* value);  // never called
-  Boolean (*equal)(const void* left, const void* right);
-} CFDictionaryValueCallBacks;
-
-// The keys and values are objects, which the dictionary owns.
+// How a dictionary keeps its keys and values. There is one way: they are objects, which the
+// dictionary owns.
+typedef struct CFDictionaryKeyCallBacks CFDictionaryKeyCallBacks;
+typedef struct CFDictionaryValueCallBacks CFDictionaryValueCallBacks;
 CF_EXPORT const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
 CF_EXPORT const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
 
 CF_EXPORT CFTypeID CFDictionaryGetTypeID(void);
 
-// keys and values may be null when count is 0; of equal keys the first counts. Callbacks may be
-// null: the dictionary then holds plain pointers. Null for a negative count.
+// keys and values may be null when count is 0; of equal keys the first counts. The callbacks are
+// &kCFTypeDictionaryKeyCallBacks and &kCFTypeDictionaryValueCallBacks. Null for a negative count
+// and for other callbacks.
 CF_EXPORT CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys,
                                              const void** values, CFIndex count,
                                              const CFDictionaryKeyCallBacks* key_callbacks,
                                              const CFDictionaryValueCallBacks* value_callbacks);
 
-// An empty dictionary that grows; capacity is a hint.
+// An empty dictionary that grows; capacity is a hint, the callbacks are as above.
 CF_EXPORT CFMutableDictionaryRef CFDictionaryCreateMutable(
     CFAllocatorRef allocator, CFIndex capacity, const CFDictionaryKeyCallBacks* key_callbacks,
     const CFDictionaryValueCallBacks* value_callbacks);
-
-CF_EXPORT CFIndex CFDictionaryGetCount(CFDictionaryRef dictionary);
 
 // Null when the key is missing.
 CF_EXPORT const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);

@@ -7,7 +7,7 @@
 CF_EXTERN_C_BEGIN
 
 typedef CFIndex CFNumberType;
-enum { kCFNumberSInt32Type = 3, kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13 };
+enum { kCFNumberSInt32Type = 3 };
 
 CF_EXPORT const CFBooleanRef kCFBooleanTrue;
 CF_EXPORT const CFBooleanRef kCFBooleanFalse;
@@ -17,13 +17,13 @@ CF_EXPORT Boolean CFBooleanGetValue(CFBooleanRef boolean);
 
 CF_EXPORT CFTypeID CFNumberGetTypeID(void);
 
-// value points to an SInt32, SInt64 or double, as type says. Null for another type.
+// value points to an SInt32. Null for another type than kCFNumberSInt32Type.
 CF_EXPORT CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type,
                                      const void* value);
 
-// Stores the number in the SInt32, SInt64 or double that value points to. False when it cannot be
-// held exactly: the truncated number is stored all the same. False with nothing stored for another
-// type.
+// Stores the number in the SInt32 that value points to. False when it does not fit: the truncated
+// number is stored all the same. False with nothing stored for another type than
+// kCFNumberSInt32Type.
 CF_EXPORT Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
 CF_EXTERN_C_END

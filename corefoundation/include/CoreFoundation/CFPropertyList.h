@@ -1,4 +1,4 @@
-// Property lists, from and to their XML and binary forms.
+// Property lists, from their XML and binary forms.
 #ifndef COREFOUNDATION_CFPROPERTYLIST_H_
 #define COREFOUNDATION_CFPROPERTYLIST_H_
 
@@ -19,12 +19,6 @@ CF_EXPORT CFPropertyListRef CFPropertyListCreateWithData(CFAllocatorRef allocato
                                                          CFOptionFlags options,
                                                          CFPropertyListFormat* format,
                                                          CFErrorRef* error);
-
-// list in the given form. Null when it holds something that the form cannot express; options must
-// be 0, and error is as above.
-CF_EXPORT CFDataRef CFPropertyListCreateData(CFAllocatorRef allocator, CFPropertyListRef list,
-                                             CFPropertyListFormat format, CFOptionFlags options,
-                                             CFErrorRef* error);
 
 CF_EXTERN_C_END
 

@@ -13,7 +13,6 @@ typedef UInt32 CFStringEncoding;
 enum {
   kCFStringEncodingMacRoman = 0,
   kCFStringEncodingDOSJapanese = 0x0420,  // Shift-JIS, code page 932
-  kCFStringEncodingASCII = 0x0600,
   kCFStringEncodingUTF8 = 0x08000100,
   kCFStringEncodingUTF16LE = 0x14000100
 };
