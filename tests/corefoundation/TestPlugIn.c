@@ -1,9 +1,6 @@
 /* A plug-in in plain C, whose factory gives one object again and again. */
 #include "tests/corefoundation/TestPlugIn.h"
 
-__attribute__((visibility("default"))) void* MakeTestInstance(CFAllocatorRef allocator,
-                                                              CFUUIDRef type);
-
 void* MakeTestInstance(CFAllocatorRef allocator, CFUUIDRef type) {
   static TestInstance instance;
   ++instance.calls;

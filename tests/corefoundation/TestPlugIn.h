@@ -10,4 +10,6 @@ typedef struct TestInstance {
   CFUUIDBytes type;
 } TestInstance;
 
+CF_EXPORT void* MakeTestInstance(CFAllocatorRef allocator, CFUUIDRef type);
+
 #endif /* TESTS_COREFOUNDATION_TESTPLUGIN_H_ */

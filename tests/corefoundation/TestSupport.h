@@ -38,6 +38,13 @@ inline CFRef<CFTypeRef> Parse(const std::string& bytes) {
       nullptr, MakeData(bytes).get(), kCFPropertyListMutableContainers, nullptr, nullptr));
 }
 
+// The XML of arrays in arrays.
+inline std::string Nested(std::size_t depth) {
+  std::string text;
+  for (std::size_t i = 0; i < 2 * depth; ++i) text += i < depth ? "<array>" : "</array>";
+  return text;
+}
+
 inline void WriteFile(const std::string& path, const std::string& bytes) {
   std::filesystem::create_directories(std::filesystem::path(path).parent_path());
   std::ofstream(path, std::ios::binary) << bytes;

@@ -172,7 +172,6 @@ TEST(String, KnowsItsBytesAndEncodings) {
   EXPECT_STREQ(CFStringGetCStringPtr(MakeString("/bin/x y").get(), kUTF8), "/bin/x y");
   EXPECT_EQ(CFStringGetCStringPtr(MakeString("é").get(), kUTF8), nullptr);
   EXPECT_EQ(CFStringConvertNSStringEncodingToEncoding(8), 0x0420U);
-  EXPECT_EQ(CFStringGetMaximumSizeForEncoding(5, kUTF8), 15);
   EXPECT_TRUE(CFEqual(MakeString("日").get(), MakeString("\x93\xFA", kShiftJIS).get()));
   EXPECT_FALSE(CFEqual(MakeString("e\u0301").get(), MakeString("é").get()));
   const CFStringRef constant = CFSTR("constant");
