@@ -134,6 +134,9 @@ TEST_F(Preferences, KeepsValuesThatCannotBeWritten) {
     Set("key", "<true/>");
     EXPECT_FALSE(Synchronise()) << obstacle;
     EXPECT_TRUE(Has("key", "<true/>")) << obstacle;
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder_.path())) {
+      EXPECT_EQ(file.path().native().find(".new-"), std::string::npos) << file.path();
+    }
     std::filesystem::remove_all(folder_.path() + "/obstacle");
     EXPECT_TRUE(Synchronise()) << obstacle;
     EXPECT_TRUE(std::filesystem::exists(file_)) << obstacle;

@@ -123,6 +123,7 @@ TEST(String, LeavesPartsOfTextThatDoesNotFit) {
       {"abc日本", kUTF8, Bytes("\0bc\0\0")},
       {"日本語", kShiftJIS, Bytes("\0\xFA\0")},
       {"abc日本", kShiftJIS, Bytes("\0bc\x93\0")},
+      {"abcdefgh", kUTF16, Bytes("\0\0b\0c\0\0\0")},
       {"日本語", kUTF16, Bytes("\0\x65\0")},
       {"日本語", kUTF8, Bytes("\0")},
       {"日本語", kShiftJIS, Bytes("\0\0")},
