@@ -94,7 +94,3 @@ void* CFPlugInInstanceCreate(CFAllocatorRef allocator, CFUUIDRef factory, CFUUID
       Registry::Shared().FunctionOf(ObjectOf<UUID>(factory).bytes(), ObjectOf<UUID>(type).bytes());
   return function != nullptr ? function(allocator, type) : nullptr;
 }
-
-void CFPlugInAddInstanceForFactory(CFUUIDRef /*factory*/) {}
-
-void CFPlugInRemoveInstanceForFactory(CFUUIDRef /*factory*/) {}

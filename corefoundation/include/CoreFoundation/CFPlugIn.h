@@ -33,11 +33,6 @@ CF_EXPORT CFArrayRef CFPlugInFindFactoriesForPlugInTypeInPlugIn(CFUUIDRef type, 
 // (one line on standard error says why) or has no such function.
 CF_EXPORT void* CFPlugInInstanceCreate(CFAllocatorRef allocator, CFUUIDRef factory, CFUUIDRef type);
 
-// Plug-ins tell with these that an instance came to be or went away, so that their code is not
-// unloaded in between. As no code is ever unloaded, nothing happens.
-CF_EXPORT void CFPlugInAddInstanceForFactory(CFUUIDRef factory);
-CF_EXPORT void CFPlugInRemoveInstanceForFactory(CFUUIDRef factory);
-
 CF_EXTERN_C_END
 
 #endif  // COREFOUNDATION_CFPLUGIN_H_
