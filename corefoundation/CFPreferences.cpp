@@ -31,7 +31,8 @@ std::string ExecutableName() {
   return std::string(path.substr(path.rfind('/') + 1));
 }
 
-// The folder of the user's settings (XDG base directories: a relative path does not count); empty when there is none. Without HOME the user database tells.
+// The folder of the user's settings (XDG base directories: a relative path does not count); empty
+// when there is none. Without HOME the user database tells.
 std::string SettingsFolder() {
   const char* folder = std::getenv("XDG_CONFIG_HOME");
   if (folder != nullptr && folder[0] == '/') return folder;
