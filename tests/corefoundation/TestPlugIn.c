@@ -1,10 +1,10 @@
-/* A plug-in in plain C, whose factory gives one object again and again. */
-#include "tests/corefoundation/TestPlugIn.h"
+/* A plug-in in plain C, whose one object is the type that it was made for last. */
+#include <CoreFoundation/CFPlugIn.h>
 
-void* MakeTestInstance(CFAllocatorRef allocator, CFUUIDRef type) {
-  static TestInstance instance;
-  ++instance.calls;
-  instance.allocator = allocator;
-  instance.type = CFUUIDGetUUIDBytes(type);
+CF_EXPORT CFUUIDBytes* MakeTestInstance(CFAllocatorRef allocator, CFUUIDRef type);
+
+CFUUIDBytes* MakeTestInstance(CFAllocatorRef allocator, CFUUIDRef type) {
+  static CFUUIDBytes instance;
+  if (!allocator) instance = CFUUIDGetUUIDBytes(type);
   return &instance;
 }
