@@ -21,6 +21,7 @@ using fake_plugin::MakeList;
 using fake_plugin::MakeNumber;
 using fake_plugin::MakeText;
 using fake_plugin::script;
+using fake_plugin::TakeLog;
 using Object = CFRef<CFTypeRef>;
 
 Object Record(const char* name, const char* device = "D") {
@@ -40,70 +41,54 @@ Object Entries(const Object& target, const Object& address, const Object& port,
 
 class DiscoveryTest : public testing::Test {
  protected:
-  // Searches; name and device name of every printer that there is then.
-  std::string Found() {
-    std::string names;
-    EXPECT_EQ(ISearchPrinter::Search(printers_), 0);
-    for (const PrinterVO& p : printers_) names += p.printerName() + "=" + p.deviceName() + " ";
-    return names;
-  }
-
   fake_plugin::Session plugin_;
   std::vector<PrinterVO> printers_;
 };
 
-TEST_F(DiscoveryTest, AppendsThePrintersInTheirOrderAndStoresThem) {
+TEST_F(DiscoveryTest, AppendsAndStoresTheListUpToWhatIsBroken) {
+  const Object number = MakeNumber(1);
+  const Object text = MakeText("x");
   const auto list = MakeList({Record("B", "D1"), Record("A", "D2"), Record("B", "D1")});
-  script().list = list;
-  printers_ = {PrinterVO("there", "before")};
-  EXPECT_EQ(Found(), "there=before B=D1 A=D2 B=D1 ");
-  EXPECT_EQ(fake_plugin::TakeLog(),
-            "factory, AddRef, QueryInterface info, Release, info.initialise 2, info.getList, "
-            "info.terminate, info.release, Release");
-  const auto stored = fake_plugin::StoredList();
-  ASSERT_TRUE(stored);
-  EXPECT_TRUE(CFEqual(stored.get(), CFDictionaryGetValue(list.get(), CFSTR("InfoPrinterList"))));
-}
-
-TEST_F(DiscoveryTest, StoresWhatIsListedAlsoWhenItIsNothing) {
   const struct {
     Object list;
-    const char* fails;
-    bool stored;  // what was stored before stays, or an empty array is
-  } cases[] = {{{}, "", false},
+    std::string found;
+    bool stored = true;  // that list, or what was stored before
+    const char* fails = "";
+  } cases[] = {{list, "B=D1 A=D2 B=D1 "},
+               {{}, "", false},
                {MakeDictionary({}), "", false},
-               {MakeList({}), "", true},
-               {MakeList({Record("A")}), "info.initialise", false},
-               {MakeList({Record("A")}), "QueryInterface", false},
+               {MakeList({}), ""},
+               {MakeList({Record("A")}), "", false, "info.initialise"},
+               {MakeList({Record("A")}), "", false, "QueryInterface"},
                {MakeDictionary({{"infoPrinterList", MakeArray({Record("A")})}}), "", false},
-               {MakeDictionary({{"InfoPrinterList", MakeText("no array")}}), "", true},
-               {MakeText("no dictionary"), "", true}};
+               {MakeDictionary({{"InfoPrinterList", text}}), ""},
+               {text, ""},
+               {MakeList({Record("A"), text, Record("B")}), "A=D "},
+               {MakeList({Record("A"), Entries(number, {}, {}, text), Record("B")}), "A=D "},
+               {MakeList({Record("A"), Entries(text, {}, {}, number), Record("B")}), "A=D "}};
   for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
     fake_plugin::StorePrinters({{"A", "D", "address"}});
     script().list = c.list;
     script().results = {{c.fails, -1}};
-    EXPECT_EQ(Found(), "") << &c - cases;
-    EXPECT_EQ(static_cast<bool>(fake_plugin::StoredList()), c.stored) << &c - cases;
+    TakeLog();
+    printers_ = {PrinterVO("there", "before")};
+    EXPECT_EQ(ISearchPrinter::Search(printers_), 0);
+    std::string names;
+    for (const PrinterVO& p : printers_) names += p.printerName() + "=" + p.deviceName() + " ";
+    EXPECT_EQ(names, "there=before " + c.found);
+    const auto stored = fake_plugin::StoredList();
+    EXPECT_EQ(static_cast<bool>(stored), c.stored);
+    if (&c != cases) continue;
+    EXPECT_TRUE(CFEqual(stored.get(), CFDictionaryGetValue(list.get(), CFSTR("InfoPrinterList"))));
+    EXPECT_EQ(TakeLog(),
+              "factory, AddRef, QueryInterface info, Release, info.initialise 2, info.getList, "
+              "info.terminate, info.release, Release");
   }
-}
-
-TEST_F(DiscoveryTest, EndsAtABrokenRecord) {
-  const Object number = MakeNumber(1);
-  const Object text = MakeText("x");
-  // A record, and whether it lacks a name, which is the standard library's error.
-  const std::pair<Object, bool> cases[] = {{text, false},
-                                           {Entries(number, {}, {}, text), false},
-                                           {Entries(text, {}, {}, number), false},
-                                           {Entries({}, {}, {}, text), true},
-                                           {Entries(text, {}, {}, {}), true}};
-  for (const auto& [broken, missing] : cases) {
-    script().list = MakeList({Record("A"), broken, Record("B")});
+  for (const Object& nameless : {Entries({}, {}, {}, text), Entries(text, {}, {})}) {
+    script().list = MakeList({Record("A"), nameless});
     printers_.clear();
-    if (missing) {
-      EXPECT_THROW(ISearchPrinter::Search(printers_), std::logic_error);
-    } else {
-      EXPECT_EQ(ISearchPrinter::Search(printers_), 0);
-    }
+    EXPECT_THROW(ISearchPrinter::Search(printers_), std::logic_error);
     EXPECT_EQ(printers_.size(), 1U) << "what was appended before stays";
   }
 }

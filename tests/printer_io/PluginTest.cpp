@@ -30,17 +30,15 @@ class PluginTest : public testing::Test {
 TEST_F(PluginTest, LoaderStaysEmptyWithoutBundleTypeOrInstance) {
   const char* const type = ZIO_PLUGIN_TYPE_ID;
   const char* const bundle = bundle_.c_str();
-  const std::pair<const char*, const char*> cases[] = {
-      {nullptr, type},   {"", type},   {"/proc/self/exe", type}, {"/proc/self", type},
-      {bundle, nullptr}, {bundle, ""}, {bundle, kUnknownId}};
-  for (const auto& c : cases) {
-    CPluginLoader loader(c.first, c.second);
-    EXPECT_EQ(loader.GetInterface(ZIO_PORT_INTERFACE_ID), nullptr) << &c - cases;
-  }
-  EXPECT_EQ(TakeLog(), "");
   script().results["factory"] = -1;
-  EXPECT_EQ(CPluginLoader(bundle, type).GetInterface(ZIO_PORT_INTERFACE_ID), nullptr);
-  EXPECT_EQ(TakeLog(), "factory");
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {nullptr, type, ""},      {"", type, ""},           {"/proc/self/exe", type, ""},
+      {"/proc/self", type, ""}, {bundle, nullptr, ""},    {bundle, "", ""},
+      {bundle, kUnknownId, ""}, {bundle, type, "factory"}};
+  for (const auto& [path, type_id, log] : cases) {
+    EXPECT_EQ(CPluginLoader(path, type_id).GetInterface(ZIO_PORT_INTERFACE_ID), nullptr);
+    EXPECT_EQ(TakeLog(), log);
+  }
 }
 
 TEST_F(PluginTest, LoaderAsksForInterfaces) {

@@ -58,13 +58,6 @@ std::optional<std::string> Request(const std::string& command) {
   return std::nullopt;
 }
 
-TEST(SnmpCommand, LaysOutTheWorkedExample) {
-  EXPECT_EQ(Request("\x1B@\x1B(R\x08\0\0REMOTE1XY\x1B\0\0\0"s),
-            "\x30\x32\x02\x01\x00\x04\x06orchid\xA0\x25\x02\x01\x02\x02\x01\x00\x02\x01\x00"
-            "\x30\x1A\x30\x18\x06\x14\x2B\x06\x01\x04\x01\x95\x1E\x01\x02\x02\x28\x01\x01\x02"
-            "\x05\x08\x00\x02XY\x05\x00"s);
-}
-
 TEST(SnmpCommand, AgreesWithTheReferenceForEveryLength) {
   std::minstd_rand random(1);
   for (std::size_t n = 0; n <= 600; ++n) {
