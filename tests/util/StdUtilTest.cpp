@@ -24,16 +24,6 @@ class StdUtilTest : public testing::Test {
     return folder_ + "/file";
   }
 
-  // What print_paths prints when it lies in a folder of this name and runs there.
-  std::string PathsPrintedIn(const std::string& name) const {
-    const std::string folder = folder_ + name;
-    std::filesystem::create_directories(folder);
-    std::filesystem::copy_file(PRINT_PATHS, folder + "/print_paths");
-    const std::string command = "cd '" + folder + "' && ./print_paths > '" + folder_ + "/paths'";
-    EXPECT_EQ(std::system(command.c_str()), 0);
-    return Bytes(folder_ + "/paths");
-  }
-
   static std::string Bytes(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -71,10 +61,14 @@ TEST_F(StdUtilTest, FindsFilesBesideTheExecutableAndNeverInTheWorkingDirectory) 
       {"/\xFF", false},                                       // ill-formed
       {ascii + ascii + ascii + ascii + ascii + "b", false}};  // longer than the path buffer
   for (const auto& [name, found] : cases) {
-    const std::string directory = std::filesystem::canonical(folder_).string() + name + "/";
+    const std::string folder = std::filesystem::canonical(folder_).string() + name;
+    std::filesystem::create_directories(folder);
+    std::filesystem::copy_file(PRINT_PATHS, folder + "/print_paths");
+    const std::string command = "cd '" + folder + "' && ./print_paths > '" + folder_ + "/paths'";
+    EXPECT_EQ(std::system(command.c_str()), 0);
     const std::string paths =
-        (directory + "ZIO/ZIOP.plugin\n").append(directory + "SupportPrinterList.xml\n");
-    EXPECT_EQ(PathsPrintedIn(name), found ? paths : "\n\n");
+        (folder + "/ZIO/ZIOP.plugin\n").append(folder + "/SupportPrinterList.xml\n");
+    EXPECT_EQ(Bytes(folder_ + "/paths"), found ? paths : "\n\n");
   }
 }
 
@@ -102,19 +96,15 @@ TEST_F(StdUtilTest, FormatsWithinItsBuffer) {
 
 TEST_F(StdUtilTest, StampsTheLocalTimeInDigits) {
   ASSERT_EQ(setenv("TZ", "XST-5:30", 1), 0);  // so that UTC would be noticed
-  const auto expected = [] {
-    const std::time_t now = std::time(nullptr);
-    char text[32] = {};
-    std::strftime(text, sizeof(text), "%Y%m%d%H%M%S", std::localtime(&now));
-    return std::string(text);
-  };
-  std::string before;
+  char expected[32] = {};
   std::string stamps;
+  std::time_t now = 0;
   do {  // once more if the second changed in between
-    before = expected();
+    now = std::time(nullptr);
     stamps = StdUtil::DateTimeStr() + " " + StdUtil::DateStr() + StdUtil::TimeStr();
-  } while (before != expected());
-  EXPECT_EQ(stamps, before + " " + before);
+  } while (now != std::time(nullptr));
+  std::strftime(expected, sizeof(expected), "%Y%m%d%H%M%S %Y%m%d%H%M%S", std::localtime(&now));
+  EXPECT_EQ(stamps, expected);
 }
 
 TEST_F(StdUtilTest, CopiesEveryByteOrTellsThatItDidNot) {
