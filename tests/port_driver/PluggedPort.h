@@ -5,11 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <string_view>
 
-#include "corefoundation/Foundation.h"
 #include "printer_io/CPluginLoader.h"
-#include "printer_io/ZIOPlugin.h"
+#include "tests/fake_plugin/FakePlugin.h"
 
 namespace ZIOP {
 
@@ -26,17 +24,14 @@ class PluggedPort {
   explicit PluggedPort(const std::string& uri = "", const char* bundle = ZIOP_BUNDLE)
       : loader_(bundle, ZIO_PLUGIN_TYPE_ID),
         interface_(static_cast<ZIOPortInterface*>(loader_.GetInterface(ZIO_PORT_INTERFACE_ID))) {
-    EXPECT_TRUE(uri.empty() || (Initialise(uri) == 0 && Call(&ZIOPortTable::open) == 0)) << error;
+    EXPECT_TRUE(uri.empty() ||
+                (Initialise(fake_plugin::MakeData(uri)) == 0 && Call(&ZIOPortTable::open) == 0))
+        << error;
   }
   ~PluggedPort() { EXPECT_EQ(Call(&ZIOPortTable::release), 0); }
   PluggedPort(const PluggedPort&) = delete;
   PluggedPort& operator=(const PluggedPort&) = delete;
 
-  int Initialise(const std::string& address) {
-    return Initialise(CFRef<CFTypeRef>(CFDataCreate(kCFAllocatorDefault,
-                                                    reinterpret_cast<const UInt8*>(address.data()),
-                                                    static_cast<CFIndex>(address.size()))));
-  }
   int Initialise(const CFRef<CFTypeRef>& information, int version = ZIO_INTERFACE_VERSION) {
     std::string path = "gone soon";
     const ZIOOpenParameter parameter{
@@ -54,7 +49,6 @@ class PluggedPort {
     long length = static_cast<long>(bytes.size());
     return Call(&ZIOPortTable::write, bytes.data(), &length);
   }
-  int Flush() { return Call(&ZIOPortTable::flush, static_cast<unsigned char>(0)); }
   // These give what was read, or "code" and the failure's.
   std::string Read(std::size_t capacity) {
     std::string bytes(capacity, '#');
@@ -62,14 +56,14 @@ class PluggedPort {
     const int result = Call(&ZIOPortTable::read, bytes.data(), &length);
     return result == 0 ? bytes.substr(0, static_cast<std::size_t>(length)) : Code(result);
   }
-  std::string Control(std::string_view command, std::size_t capacity) {
+  std::string Control(const std::string& command, std::size_t capacity) {
     std::string reply(capacity, '#');
     ControlElement block{command.data(), static_cast<int64_t>(command.size()), reply.data(),
                          static_cast<int64_t>(capacity)};
     const int result = Call(&ZIOPortTable::control, &block);
     return result == 0 ? reply : Code(result);
   }
-  std::string Exchange(std::string_view request) {
+  std::string Exchange(const std::string& request) {
     char buffer[512];
     ZIOSnmpExchange block{request.data(), static_cast<int64_t>(request.size()), buffer, 512};
     const int result = Call(&ZIOPortTable::ioctl, 6L, static_cast<void*>(&block));
@@ -77,11 +71,11 @@ class PluggedPort {
     return result != 0 ? Code(result)
                        : std::string(block.answer, static_cast<std::size_t>(block.answerLength));
   }
-  static std::string Code(int result) { return "code " + std::to_string(result); }
 
   std::string error;  // last message that the error callback was told
 
  private:
+  static std::string Code(int result) { return "code " + std::to_string(result); }
   static int Tell(void* context, int code, char* message) {
     auto& port = *static_cast<PluggedPort*>(context);
     EXPECT_LT(code, 0);

@@ -1,11 +1,14 @@
 // Contracts of the port I/O interface's slots: order, arguments, failures, answers' places.
-#include "tests/port_driver/Peers.h"
+#include <future>
+
+#include "port_driver/SnmpMessage.h"
+#include "tests/port_driver/Peer.h"
 #include "tests/port_driver/PluggedPort.h"
-#include "tests/port_driver/SnmpSamples.h"
 
 namespace ZIOP {
 namespace {
 
+using fake_plugin::MakeData;
 using Table = ZIOPortTable;
 constexpr int kParameter = -2, kUnsupported = -5;
 constexpr char kNowhere[] = "socket://127.0.0.1";  // never sent to
@@ -13,9 +16,9 @@ constexpr char kNowhere[] = "socket://127.0.0.1";  // never sent to
 void ExpectClosed(PluggedPort& port) {
   char buffer[ZIO_STATUS_BUFFER_SIZE];
   EXPECT_EQ(port.Call(&Table::close), kParameter);
-  EXPECT_EQ(port.Exchange(SampleRequest()), "code -2");
+  EXPECT_EQ(port.Exchange(MakeStatusRequest(1)), "code -2");
   EXPECT_EQ(port.Write("x"), kParameter);
-  EXPECT_EQ(port.Flush(), kParameter);
+  EXPECT_EQ(port.Call(&Table::flush, static_cast<unsigned char>(0)), kParameter);
   EXPECT_EQ(port.Call(&Table::tab), kParameter);
   EXPECT_EQ(port.Call(&Table::status, buffer), kParameter);
   EXPECT_EQ(port.Read(1), "code -2");
@@ -28,8 +31,8 @@ TEST(PortSlotsTest, RefuseCallsOutOfOrder) {
   EXPECT_EQ(port.Call(&Table::open), kParameter);
   EXPECT_EQ(port.Call(&Table::cancel), kParameter);
   EXPECT_EQ(port.Call(&Table::terminate), kParameter);
-  ASSERT_EQ(port.Initialise(kNowhere), 0);
-  EXPECT_EQ(port.Initialise(kNowhere), kParameter);
+  ASSERT_EQ(port.Initialise(MakeData(kNowhere)), 0);
+  EXPECT_EQ(port.Initialise(MakeData(kNowhere)), kParameter);
   for (int i = 0; i < 2; ++i) {
     ExpectClosed(port);
     EXPECT_EQ(port.Call(&Table::cancel), 0) << "legal on a closed port";
@@ -73,37 +76,38 @@ TEST(PortSlotsTest, RefuseUnusableArguments) {
 TEST(PortSlotsTest, RefuseToInitialise) {
   PluggedPort port;
   EXPECT_EQ(port.Initialise(CFRef<CFTypeRef>()), kParameter);
-  EXPECT_EQ(port.Initialise(CFRef<CFTypeRef>::Retain(CFSTR("socket://h"))), kParameter);
-  EXPECT_EQ(port.Initialise(std::string()), kParameter);
+  EXPECT_EQ(port.Initialise(fake_plugin::MakeText("socket://h")), kParameter);
+  EXPECT_EQ(port.Initialise(MakeData("")), kParameter);
   EXPECT_EQ(port.error, "device URI: no scheme");
-  EXPECT_EQ(port.Initialise("file:///dev/usb/lp0"), kUnsupported);
-  EXPECT_EQ(port.Initialise(CFRef<CFTypeRef>(), 1), kUnsupported);
+  EXPECT_EQ(port.Initialise(MakeData("file:///dev/usb/lp0")), kUnsupported);
+  EXPECT_EQ(port.Initialise(MakeData(kNowhere), 1), kUnsupported);
   EXPECT_EQ(port.Call(&Table::initialise, 2, static_cast<const ZIOOpenParameter*>(nullptr)),
             kParameter);
   EXPECT_EQ(port.Call(&Table::open), kParameter);
 }
 
 TEST(PortSlotsTest, StatusTextsFitTheBuffer) {
-  std::string status;
-  const Peer peer = UdpPeer([&](const std::string& request) {
-    SnmpSample answer;
-    answer.id = request.substr(17, 4);
-    answer.name = request.substr(request.size() - 16, 14);
-    answer.value = Element(status.empty() ? 0x05 : 0x04, status);
-    return std::vector{answer.Bytes()};
-  });
-  PluggedPort port("socket://127.0.0.1?snmp=" + std::to_string(peer.port()));
-  for (const std::size_t length : {1U, 256U, 257U}) {
-    char buffer[ZIO_STATUS_BUFFER_SIZE] = {};
-    status = std::string(length, 's').replace(0, 1, 1, '\0');
-    EXPECT_EQ(port.Call(&Table::status, buffer), 0);
-    status.resize(std::min<std::size_t>(length, 256));
-    EXPECT_EQ(std::string(buffer, sizeof buffer), status + std::string(257 - status.size(), '\0'));
+  const std::string longest = '\0' + std::string(255, 's');
+  const struct {
+    std::string value;
+    int result;
+    std::string text;
+  } kRows[] = {
+      {Element(0x04, "s"), 0, std::string("s\0", 2)},
+      {Element(0x04, longest), 0, longest + '\0'},
+      {Element(0x04, longest + "s"), 0, longest + '\0'},
+      {Element(0x05, ""), -8, ""},
+  };
+  Peer peer(SOCK_DGRAM);
+  PluggedPort port(Uri(9100, kPatient + ("&snmp=" + std::to_string(peer.port()))));
+  for (const auto& row : kRows) {
+    std::string buffer(ZIO_STATUS_BUFFER_SIZE, '#');
+    auto result =
+        std::async(std::launch::async, [&] { return port.Call(&Table::status, buffer.data()); });
+    peer.Send(SnmpAnswer(peer.Receive(), row.value));
+    EXPECT_EQ(result.get(), row.result);
+    EXPECT_EQ(buffer, row.text + std::string(buffer.size() - row.text.size(), '#'));
   }
-  char untouched[ZIO_STATUS_BUFFER_SIZE] = "as before";
-  status = "";
-  EXPECT_EQ(port.Call(&Table::status, untouched), -8);
-  EXPECT_STREQ(untouched, "as before");
 }
 
 }  // namespace

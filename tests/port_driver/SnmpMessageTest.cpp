@@ -3,120 +3,99 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <memory>
+#include <vector>
 
-#include "tests/port_driver/SnmpSamples.h"
+#include "tests/port_driver/Peer.h"
 
 namespace ZIOP {
 namespace {
 
-// NOLINTNEXTLINE(misc-unused-using-decls): it is used
-using std::string_literals::operator""s;
-
-// Whether bytes are a message, read from a block of exactly their size; its views lie inside.
-bool IsMessage(const std::string& bytes) {
-  const std::unique_ptr<char[]> block(new char[bytes.size()]);
-  std::copy(bytes.begin(), bytes.end(), block.get());
-  const auto message = ReadSnmpMessage({block.get(), bytes.size()});
-  for (const auto view : {&SnmpMessage::name, &SnmpMessage::value}) {
-    if (message && !(*message.*view).empty()) {
-      EXPECT_GE((*message.*view).data(), block.get());
-      EXPECT_LE((*message.*view).data() + (*message.*view).size(), block.get() + bytes.size());
-    }
+std::string Bytes(const std::string& hex) {
+  std::string bytes;
+  for (std::size_t i = 0; i < hex.size(); i += 2) {
+    bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
   }
-  return message.has_value();
+  return bytes;
 }
 
-TEST(SnmpMessageTest, StatusRequestHasItsFields) {
-  const std::string bytes = MakeStatusRequest(0x12345678);
-  const auto message = ReadSnmpMessage(bytes).value();
-  EXPECT_EQ(message.version, 0);
-  EXPECT_EQ(message.pduType, 0xA0);
-  EXPECT_EQ(message.requestId, 0x12345678);
-  EXPECT_EQ(message.name, "\x2B\x06\x01\x04\x01\x95\x1E\x01\x02\x02\x1E\x01\x01\x01");
-  EXPECT_EQ(message.valueTag, 5);
-  EXPECT_NE(bytes.find("\x04\x06orchid"), std::string::npos);
+// What bytes are to a request: no message, another message, an answer by the id alone, or its
+// answer.
+enum Kind { kNone, kOther, kById, kAnswer };
+
+// Of bytes in a block of exactly their size, in which the views have to lie.
+Kind KindOf(const std::string& bytes) {
+  const std::string request = Bytes("301B020100040163A0130201020201000201003008300606022B060500");
+  const std::vector<char> block(bytes.begin(), bytes.end());
+  const auto message = ReadSnmpMessage({block.data(), block.size()});
+  if (!message) {
+    return kNone;
+  }
+  for (const auto view : {message->name, message->value}) {
+    EXPECT_TRUE(view.empty() || (view.data() >= block.data() &&
+                                 view.data() + view.size() <= block.data() + block.size()));
+  }
+  const auto asked = ReadSnmpMessage(request).value();
+  const bool by_id = AnswersRequest(*message, asked, true);
+  return AnswersRequest(*message, asked, false) ? kAnswer : by_id ? kById : kOther;
 }
 
-TEST(SnmpMessageTest, AnswersAreToldByTheirFields) {
-  const struct {
-    void (*change)(SnmpSample&);
-    bool answers, answersById;
-  } kRows[] = {
-      {[](SnmpSample& s) { s.errorStatus = "\x02"; }, true, true},
-      {[](SnmpSample& s) { s.id = "\0\0\0\x02"s; }, true, true},
-      {[](SnmpSample& s) { s.id = "\xFE"; }, false, false},
-      {[](SnmpSample& s) { s.version = "\x01"; }, false, false},
-      {[](SnmpSample& s) { s.type = 0xA0; }, false, false},
-      {[](SnmpSample& s) { s.name += "\x01"; }, false, true},
-  };
-  const std::string request = SampleRequest();
-  for (const auto& row : kRows) {
-    const std::string answer = Changed(row.change).Bytes();
-    const auto asked = ReadSnmpMessage(request).value(), read = ReadSnmpMessage(answer).value();
-    EXPECT_EQ(AnswersRequest(read, asked, false), row.answers) << &row - kRows;
-    EXPECT_EQ(AnswersRequest(read, asked, true), row.answersById) << &row - kRows;
-  }
+TEST(SnmpMessageTest, MakesTheStatusRequest) {
+  EXPECT_EQ(MakeStatusRequest(0x12345678),
+            Bytes("302F02010004066F7263686964A0220204123456780201000201003014"
+                  "3012060E2B06010401951E0102021E0101010500"));
 }
 
 TEST(SnmpMessageTest, NeitherPartsNorDamageAreReadBeyondTheirEnd) {
-  const std::string whole = SampleAnswer(200);
+  const std::string whole = SnmpAnswer(MakeStatusRequest(2), 200);
   for (std::size_t position = 0; position < whole.size(); ++position) {
-    EXPECT_FALSE(IsMessage(whole.substr(0, position))) << position;
+    EXPECT_EQ(KindOf(whole.substr(0, position)), kNone) << position;
     for (int value = 0; value < 256; ++value) {
       std::string damaged = whole;
       damaged[position] = static_cast<char>(value);
-      EXPECT_TRUE(!IsMessage(damaged) || position != 1 || damaged == whole) << value;
+      EXPECT_TRUE(KindOf(damaged) == kNone || position != 1 || damaged == whole) << value;
     }
   }
 }
 
-TEST(SnmpMessageTest, TellsMessagesFromOtherBytes) {
-  const std::string version = Element(2, "\0"s), community = Element(4, "orchid");
-  const std::string numbers = Element(2, "\x02") + Element(2, "\0"s) + Element(2, "\0"s);
-  const std::string name = Element(6, "\x2B\x06"), null = Element(5, ""), pair = name + null;
-  const std::string binding = Element(0x30, pair), list = Element(0x30, binding);
-  const std::string pdu = Element(0xA2, numbers + list);
-  const auto message = [](const std::string& body) { return Element(0x30, body); };
-  const auto withPdu = [&](const std::string& content) {
-    return message(version + community + Element(0xA2, content));
-  };
-  const auto withBindings = [&](const std::string& content) {
-    return withPdu(numbers + Element(0x30, content));
-  };
-  const auto withPair = [&](const std::string& content) {
-    return withBindings(Element(0x30, content));
-  };
-  const std::string plain = withPair(pair);
+TEST(SnmpMessageTest, TellsAnswersFromOtherBytes) {
   const struct {
+    Kind kind;
+    const char* hex;
     const char* what;
-    std::string bytes;
-    bool accepted;
   } kRows[] = {
-      {"plain", plain, true},
-      {"no bindings", withBindings(""), true},
-      {"long length", "\x30\x82\0"s + plain.substr(1), true},
-      {"unknown value type", withPair(name + Element(0x46, "1")), true},
-      {"trailing byte", plain + "\0"s, false},
-      {"trailing element in message", message(version + community + pdu + null), false},
-      {"trailing element in PDU", withPdu(numbers + list + null), false},
-      {"trailing byte in bindings", withBindings(binding + "\x30"), false},
-      {"trailing element in binding", withPair(pair + null), false},
-      {"second binding without value", withBindings(binding + Element(0x30, name)), false},
-      {"empty object identifier", withPair(Element(6, "") + null), false},
-      {"sub-identifier that goes on", withPair(Element(6, "\x2B\x86") + null), false},
-      {"value type of two bytes", withPair(name + "\x9F\x01\x00"s), false},
-      {"indefinite length", "\x30\x80"s + plain.substr(2) + "\0\0"s, false},
-      {"length of five bytes", "\x30\x85\0\0\0\0"s + plain.substr(1), false},
-      {"largest length", "\x30\x84\xFF\xFF\xFF\xFF"s + plain.substr(2), false},
-      {"version of five bytes", message(Element(2, "\0\0\0\0\0"s) + community + pdu), false},
-      {"version without bytes", message(Element(2, "") + community + pdu), false},
-      {"no error-index", withPdu(numbers.substr(3) + list), false},
-      {"no PDU", message(version + community), false},
+      {kAnswer, "301B020100040163A2130201020201000201003008300606022B060500", "plain"},
+      {kAnswer, "301B020100040163A2130201020201020201003008300606022B060500", "error-status"},
+      {kAnswer, "301E020100040163A2160204000000020201000201003008300606022B060500", "long id"},
+      {kAnswer, "3082001B020100040163A2130201020201000201003008300606022B060500", "long length"},
+      {kAnswer, "301C020100040163A2140201020201000201003009300706022B06460131", "unknown type"},
+      {kById, "301C020100040163A2140201020201000201003009300706032B06010500", "other name"},
+      {kById, "3013020100040163A20B0201020201000201003000", "no bindings"},
+      {kOther, "301B020100040163A2130201FE0201000201003008300606022B060500", "other id"},
+      {kOther, "301B020101040163A2130201020201000201003008300606022B060500", "other version"},
+      {kOther, "301B020100040163A0130201020201000201003008300606022B060500", "request"},
+      {kNone, "301B020100040163A2130201020201000201003008300606022B06050000", "trailing byte"},
+      {kNone, "301D020100040163A2130201020201000201003008300606022B0605000500", "after PDU"},
+      {kNone, "301D020100040163A2150201020201000201003008300606022B0605000500", "after bindings"},
+      {kNone, "301C020100040163A2140201020201000201003009300606022B06050030", "after a binding"},
+      {kNone, "301D020100040163A215020102020100020100300A300806022B0605000500", "after a value"},
+      {kNone, "3021020100040163A219020102020100020100300E300606022B060500300406022B06",
+       "second binding without value"},
+      {kNone, "3019020100040163A2110201020201000201003006300406000500", "empty name"},
+      {kNone, "301B020100040163A2130201020201000201003008300606022B860500", "unfinished name"},
+      {kNone, "301C020100040163A2140201020201000201003009300706022B069F0100", "type of two bytes"},
+      {kNone, "3080020100040163A2130201020201000201003008300606022B0605000000", "indefinite"},
+      {kNone, "3085000000001B020100040163A2130201020201000201003008300606022B060500",
+       "length of five bytes"},
+      {kNone, "3084FFFFFFFF020100040163A2130201020201000201003008300606022B060500",
+       "largest length"},
+      {kNone, "301F02050000000000040163A2130201020201000201003008300606022B060500",
+       "version of five bytes"},
+      {kNone, "301A0200040163A2130201020201000201003008300606022B060500", "version of none"},
+      {kNone, "3018020100040163A2100201020201003008300606022B060500", "no error-index"},
+      {kNone, "3006020100040163", "no PDU"},
   };
   for (const auto& row : kRows) {
-    EXPECT_EQ(IsMessage(row.bytes), row.accepted) << row.what;
+    EXPECT_EQ(KindOf(Bytes(row.hex)), row.kind) << row.what;
   }
 }
 
