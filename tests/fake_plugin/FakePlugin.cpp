@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -38,12 +39,11 @@ std::string Bytes(const char* bytes, int64_t length) {
 }
 
 std::string Hex(const std::string& bytes) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   std::string text;
   for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0x0F];
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned char>(c));
+    text += digits;
   }
   return text;
 }
@@ -51,8 +51,7 @@ std::string Hex(const std::string& bytes) {
 // Logs the call and answers its scripted result.
 int Called(const std::string& name, const std::string& arguments = {}) {
   calls.push_back(arguments.empty() ? name : name + " " + arguments);
-  const auto result = the_script.results.find(name);
-  return result == the_script.results.end() ? 0 : result->second;
+  return the_script.results[name];
 }
 
 int Called(ZIOPortInterface* self, const std::string& name, const std::string& arguments = {}) {
@@ -67,7 +66,7 @@ int Called(ZIOPortInterface* self, const std::string& name, const std::string& a
 
 std::string NextReply(const std::string& sent) {
   auto& replies = the_script.replies;
-  if (replies.empty()) return the_script.responder ? the_script.responder(sent) : std::string();
+  if (replies.empty()) return the_script.responder ? the_script.responder(sent) : "";
   std::string reply = replies.front();
   replies.pop_front();
   return reply;
@@ -86,18 +85,18 @@ int Initialise(ZIOPortInterface* self, int version, const ZIOOpenParameter* para
   last_port = {parameter->pluginPath, parameter->context};
   const CFDataRef address = parameter->portInformation;
   const auto* const bytes = reinterpret_cast<const char*>(CFDataGetBytePtr(address));
-  const bool reserved = parameter->reserved1 != nullptr || parameter->reserved2 != nullptr;
-  return Called(self, "initialise",
-                std::to_string(version) + " " + Hex(Bytes(bytes, CFDataGetLength(address))) +
-                    (reserved ? " reserved" : ""));
+  std::string arguments =
+      std::to_string(version) + " " + Hex(Bytes(bytes, CFDataGetLength(address)));
+  if (parameter->reserved1 != nullptr || parameter->reserved2 != nullptr) arguments += " reserved";
+  return Called(self, "initialise", arguments);
 }
 
 int Exchange(ZIOPortInterface* self, long selector, void* argument) {
   auto* const block = static_cast<ZIOSnmpExchange*>(argument);
   const std::string request = Bytes(block->request, block->requestLength);
-  const int result = Called(
-      self, "ioctl",
-      std::to_string(selector) + " " + Hex(request) + " " + std::to_string(block->answerLength));
+  const std::string capacity = std::to_string(block->answerLength);
+  const int result =
+      Called(self, "ioctl", std::to_string(selector) + " " + Hex(request) + " " + capacity);
   if (result != 0) return result;
   std::string& answer = Self(self)->answer;
   answer = NextReply(request);
@@ -225,9 +224,6 @@ struct TemporaryDefaults {
     std::error_code ignored;
     std::filesystem::remove_all(folder, ignored);
   }
-  TemporaryDefaults(const TemporaryDefaults&) = delete;
-  TemporaryDefaults& operator=(const TemporaryDefaults&) = delete;
-
   std::string folder = std::filesystem::temp_directory_path() / "defaults-XXXXXX";
 };
 
