@@ -1,21 +1,58 @@
-// The command language and the media slots, where the worker's own commands do not reach.
+// The printer without its ports, where the worker's own commands do not reach: byte streams, the
+// command language, the media slots and what outlives the printer.
 #include "virtual_printer/Printer.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
 
 #include "tests/virtual_printer/TestPrinter.h"
+#include "virtual_printer/RemoteStream.h"
+#include "virtual_printer/StateFile.h"
 
 namespace VirtualPrinter {
 namespace {
 
-const std::string kOk = "EX:0000001BOK;";
-
-// "ABC" as a name of 32 bytes.
-const std::string kAbc = "414243" + Repeat("20", kNameSize - 3);
-const std::string kBlankName = Repeat("20", kNameSize);
+Bytes Names(const std::string& variable) {
+  return MakeCommand("EX", "010000001D" + variable);
+}
 
 Bytes Initialize(const std::string& variable) {
   return MakeCommand("EX", "000000001E" + variable);
+}
+
+TEST(RemoteStream, TakesTheCommandsHoweverTheBytesAreSplit) {
+  const std::string enter = "1B401B285208000052454D4F544531";
+  const std::string leave = "1B000000";
+  const std::string one = "45580800010000001B370300";
+  const std::string two = "53560000";
+  const std::string three = "45581300" + enter + leave;
+  const std::string four = "5858FFFF" + Repeat("1B", 65535);
+  const std::pair<std::string, std::string> kCases[] = {
+      {one + enter + two + one + leave + one + enter + two, two + one + two},
+      {"00001B401B40" + enter.substr(0, 28) + enter + two, two},
+      {"1B401B285208000052454D4F544532" + one, ""},  // another start
+      {enter + one + enter + two, one + two},
+      {enter + one + "1B40" + two, one},  // left by a reset
+      {enter + leave + one, ""},
+      {enter + three + two, three + two},
+      {enter + two + one.substr(2), two},
+      {enter + four + two, four + two},
+  };
+  for (const auto& [text, expected] : kCases) {
+    const Bytes bytes = Hex(text);
+    for (std::size_t piece = 1; piece <= 80; ++piece) {
+      RemoteStream stream;
+      std::string commands;
+      for (std::size_t at = 0; at < bytes.size(); at += piece) {
+        const std::size_t size = std::min(piece, bytes.size() - at);
+        for (const auto& command : stream.Feed(bytes.data() + at, size)) commands += ToHex(command);
+      }
+      EXPECT_EQ(commands, expected) << text << " in pieces of " << piece;
+    }
+  }
 }
 
 TEST(Printer, RefusesWhatHardwareWouldRefuse) {
@@ -31,108 +68,106 @@ TEST(Printer, RefusesWhatHardwareWouldRefuse) {
         Hex("45580008010000001B370300"),
         // Another family's code, slots 0 and 31, an unknown layout, other sizes.
         Read("380300"), Read("370000"), Read("371F00"), Read("370302"), Read("3703"),
-        Read("37030000"), Write("380300" + settings), Write("370000" + settings),
-        Write("371F00" + settings), Write("370302" + settings), Write(""),
-        Write("370300" + settings.substr(2)), Write("370300" + settings + kAbc + "20"),
+        Read("37030000"), Write("380300" + settings), Write("371F00" + settings), Write(""),
+        Write("370300" + settings.substr(2)), Write("370300" + settings + Repeat("20", 33)),
         Write("370380" + block + "00"), Write("370380" + block.substr(2))}},
-      {"EX:0000001DNA;",
-       {MakeCommand("EX", "010000001D0000"), MakeCommand("EX", "010000001D1F00"),
-        MakeCommand("EX", "010000001D01"), MakeCommand("EX", "010000001D010000")}},
+      {"EX:0000001DNA;", {Names("0000"), Names("1F00"), Names("01"), Names("010000")}},
       {"EX:0000001ENA;",
-       {Initialize("3880"), Initialize("3703"), Initialize("379F"), Initialize("37FF"),
-        Initialize("37")}},
+       {Initialize("3880"), Initialize("3703"), Initialize("379F"), Initialize("37")}},
       {"SV:NA;", {MakeCommand("SV", "00")}},
       {"VI:NA;", {MakeCommand("VI", "0100")}},  // only another family tells it
       {"ST:NA;", {MakeCommand("ST", "010000")}},
   };
   TestPrinter printer;
-  const std::string untouched = printer.Ask(Read("370301"));
   for (const auto& [reply, commands] : kCases) {
     for (const Bytes& command : commands) {
       EXPECT_EQ(printer.Ask(command), reply) << ToHex(command);
     }
   }
-  EXPECT_EQ(printer.Ask(Read("370301")), untouched);
+  EXPECT_EQ(printer.Ask(Read("370301")), TestPrinter().Ask(Read("370301")));
 }
 
+// The layouts 0 and 1 show one record, the block is apart from it; FF leaves a setting as it is.
 TEST(Printer, KeepsWhatAWriteLeavesOpen) {
-  const std::string tail = "0405060708091011121314150";
-  const struct {
-    const char* what;
-    std::string written;  // settings, flag and name of layout 0
-    std::string expected;
-  } kCases[] = {
-      {"everything", "010203" + tail + "1" + "414243", "010203" + tail + "1" + kAbc},
-      {"FF leaves every setting", Repeat("FF", 16), "010203" + tail + "1" + kAbc},
-      {"one setting", "FFFF77" + Repeat("FF", 13), "010277" + tail + "1" + kAbc},
-      {"flag alone", Repeat("FF", 15) + "00", "010277" + tail + "0" + kAbc},
-      {"FF is no blank of a name", Repeat("FF", 16) + "FF",
-       "010277" + tail + "0" + "FF" + Repeat("20", 31)},
+  const std::string ok = "EX:0000001BOK;";
+  const std::string layout0 = "EX:0000001B371E00";
+  const std::string layout1 = "EX:0000001B371E01";
+  const std::string block = "EX:0000001B7\x1E\x80";
+  const std::string middle = "0405060708091011121314";
+  const std::string keep = Repeat("FF", 15);
+  const std::string abc = "414243" + Repeat("20", kNameSize - 3);
+  const std::string none = "0000" + Repeat("20", kNameSize);
+  const std::string factory = TestPrinter().Ask(Read("371E00"));
+  const std::pair<Bytes, std::string> kConversation[] = {
+      {Write("371E00010203" + middle + "1501414243"), ok},
+      {Write("371E00" + keep + "FF"), ok},
+      {Read("371E00"), layout0 + "010203" + middle + "1501" + abc + ';'},
+      {Write("371E00FFFF77" + keep.substr(6) + "00FF"), ok},
+      {Read("371E00"), layout0 + "010277" + middle + "1500FF" + Repeat("20", 31) + ';'},
+      {Write("371E01030201" + middle + "15161701414243"), ok},
+      {Read("371E00"), layout0 + "030201" + middle + "1501" + abc + ';'},
+      {Write("371E0055" + keep), ok},
+      {Write("371E80" + Repeat("FF", kBlockSize)), ok},
+      {Write("370100" + Repeat("33", 48)), ok},
+      {Read("371E01"), layout1 + "550201" + middle + "15161701" + abc + ';'},
+      {Read("371E80"), block + std::string(kBlockSize, '\xFF') + ';'},
+      {Names("1E00"), "EX:0000001D011E" + abc + none + none + ';'},
+      {Initialize("379E"), "EX:0000001EOK;"},
+      {Read("371E00"), factory},
+      {Read("371E80"), block + std::string(kBlockSize, '\0') + ';'},
+      {Read("370100"), "EX:0000001B370100" + Repeat("33", 48) + ';'},
+      {Initialize("3780"), "EX:0000001EOK;"},
+      {Read("370100"), TestPrinter().Ask(Read("370100"))},
   };
   TestPrinter printer;
-  for (const auto& row : kCases) {
-    EXPECT_EQ(printer.Ask(Write("370100" + row.written)), kOk) << row.what;
-    EXPECT_EQ(printer.Ask(Read("370100")), "EX:0000001B370100" + row.expected + ";") << row.what;
+  for (const auto& [command, reply] : kConversation) {
+    EXPECT_EQ(printer.Ask(command), reply) << ToHex(command);
   }
 }
 
-TEST(Printer, ShowsOneRecordInLayouts0And1) {
-  TestPrinter printer;
-  const std::string settings = "02030405060708091011121314151617";
-  EXPECT_EQ(printer.Ask(Write("371E01"
-                              "01" +
-                              settings + "01414243")),
-            kOk);
-  EXPECT_EQ(printer.Ask(Read("371E00")),
-            "EX:0000001B371E00"
-            "01" +
-                settings.substr(0, 28) + "01" + kAbc + ";");
-  EXPECT_EQ(printer.Ask(Write("371E00"
-                              "55" +
-                              Repeat("FF", 15))),
-            kOk);
-  EXPECT_EQ(printer.Ask(Read("371E01")),
-            "EX:0000001B371E01"
-            "55" +
-                settings + "01" + kAbc + ";");
-  // The block is apart from it, and keeps FF bytes.
-  const std::string block = "FF" + Repeat("00", kBlockSize - 1);
-  EXPECT_EQ(printer.Ask(Write("371E80" + block)), kOk);
-  EXPECT_EQ(printer.Ask(Read("371E80")), "EX:0000001B" + Text(Hex("371E80" + block)) + ";");
-  EXPECT_EQ(printer.Ask(MakeCommand("EX", "010000001D1E00")),
-            "EX:0000001D011E" + kAbc + "0000" + kBlankName + "0000" + kBlankName + ";");
-}
+TEST(StateFile, HoldsWhatWasMadePermanentOnly) {
+  const std::string folder = testing::TempDir() + "virtual-printer-" + std::to_string(getpid());
+  const std::string path = folder + "/state";
+  const Family& family = *FindFamily(kPlain);
+  RecordTable records = FactoryRecords(family);
+  TestPrinter printer{path};
+  printer.Ask(Write("370101" + Repeat("21", 18) + "414243"));
+  EXPECT_EQ(printer.Ask(kSave), "SV:NA;") << "the folder is not there";
+  ASSERT_TRUE(std::filesystem::create_directory(folder));
+  EXPECT_EQ(printer.printer.SaveState(), "");
+  EXPECT_EQ(LoadState(path, family, records), "");
+  EXPECT_EQ(records[0].flag, 0) << "what could not be saved is not permanent later";
+  EXPECT_EQ(printer.Ask(kSave), "SV:OK;");
+  printer.Ask(Write("370101" + Repeat("42", 18)));
+  EXPECT_EQ(printer.printer.SaveState(), "");
+  EXPECT_EQ(LoadState(path, family, records), "");
+  EXPECT_EQ(records[0].settings, Bytes(17, 0x21));
+  EXPECT_EQ(records[0].name[2], 'C');
 
-TEST(Printer, Initializes) {
-  TestPrinter printer;
-  const auto first = [&] { return printer.Ask(Read("370100")) + printer.Ask(Read("370180")); };
-  const auto last = [&] { return printer.Ask(Read("371E00")) + printer.Ask(Read("371E80")); };
-  const std::string factory_first = first();
-  const std::string factory_last = last();
-  for (const std::string slot : {"3701", "371E"}) {
-    EXPECT_EQ(printer.Ask(Write(slot + "00" + Repeat("33", 48))), kOk);
-    EXPECT_EQ(printer.Ask(Write(slot + "80" + Repeat("33", kBlockSize))), kOk);
-  }
-  EXPECT_EQ(printer.Ask(Initialize("379E")), "EX:0000001EOK;");
-  EXPECT_EQ(last(), factory_last);
-  EXPECT_NE(first(), factory_first);
-  EXPECT_EQ(printer.Ask(Initialize("3780")), "EX:0000001EOK;");
-  EXPECT_EQ(first(), factory_first);
-}
-
-TEST(Printer, DescribesCommands) {
-  const std::pair<Bytes, std::string> kCases[] = {
-      {Write("370301" + Repeat("FF", 10) + "7E" + Repeat("FF", 5) + "0501" + "4122431F"),
-       "write-record name=EX length=30 format=000000001B device=37 slot=3 layout=1 "
-       "MediaTensionATC=7E Reserved=05 flag=01 media_name=\"A.C.\""},
-      {Write("370300AB"),
-       "write-record name=EX length=9 format=000000001B device=37 slot=3 layout=0 data=AB"},
-      {Write("37"), "write-record name=EX length=6 format=000000001B variable=37"},
-      {Hex("4558"), "unknown"},
+  std::string good;
+  std::getline(std::ifstream(path), good, '\0');
+  const std::pair<std::string, std::string> kDamages[] = {
+      {good, ""},
+      {good, "[]"},
+      {good, R"({"family":1,"slots":[]})"},
+      {good, R"({"family":"Ostrel","slots":[]})"},
+      {"\"flag\": 0", "\"flag\": 256"},
+      {"\"flag\": 0", "\"flag\": -1"},
+      {"\"flag\": 0", "\"flag\": \"\""},
+      {"2020", "20"},
+      {"2020", "202020"},
+      {"2020", "20G0"},
+      {"\"settings\"", "\"setting\""},
+      {"Ostrel", "Lunde"},
+      {"\n}", ""},
   };
-  for (const auto& [command, text] : kCases) {
-    EXPECT_EQ(DescribeCommand(*FindFamily(kPlain), command), text);
+  records = FactoryRecords(family);
+  for (const auto& [from, to] : kDamages) {
+    std::ofstream(path) << std::string(good).replace(good.rfind(from), from.size(), to);
+    EXPECT_NE(LoadState(path, family, records), "") << to;
+    EXPECT_EQ(records[0].flag, 0) << to;
   }
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

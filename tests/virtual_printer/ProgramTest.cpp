@@ -1,74 +1,85 @@
-// The built program: its command line, its ready line and its ends.
+// The built program: its command line, its ports where the worker's own traffic does not reach, and
+// its ends.
+#include <arpa/inet.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <picojson.h>
-#include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <utility>
+#include <csignal>
 
 #include "tests/end_to_end/Process.h"
+#include "tests/virtual_printer/TestPrinter.h"
+#include "virtual_printer/FileDescriptor.h"
 
+namespace VirtualPrinter {
 namespace {
 
-namespace fs = std::filesystem;
+using Texts = std::vector<std::string>;
 
-class Program : public testing::Test {
- protected:
-  Program() { fs::create_directory(folder_); }
-  ~Program() override { fs::remove_all(folder_); }
+const Bytes kEnter = Hex("1B401B285208000052454D4F544531");
+const Bytes kNothing = MakeCommand("XX", "");  // answered with "XX:NA;"
 
-  Process Start(std::vector<std::string> arguments) const {
-    fs::remove(folder_ / "errors");
-    arguments.insert(arguments.begin(), VIRTUAL_PRINTER);
-    return Process(std::move(arguments), folder_ / "errors");
-  }
-
-  std::string Errors() const {
-    std::string text;
-    std::getline(std::ifstream(folder_ / "errors"), text, '\0');
-    return text;
-  }
-
-  const fs::path folder_ =
-      fs::path(testing::TempDir()) / ("virtual-printer-program-" + std::to_string(getpid()));
-};
-
-TEST_F(Program, TellsItsPortsAndEndsOnAnInterrupt) {
-  const fs::path link = folder_ / "printer";
-  const fs::path state = folder_ / "state";
-  Process program = Start({"--model", "ZARMO QM-V7PS Series", "--listen", "::1", "--raw=0",
-                           "--local", link, "--state", state, "--trace"});
-  const std::string line = program.ReadUntil("\n");
-  picojson::value ready;
-  ASSERT_EQ(picojson::parse(ready, line), "") << line;
-  EXPECT_EQ(ready.get("model").to_str(), "ZARMO QM-V7PS Series");
-  EXPECT_GT(ready.get("snmp").get<double>(), 0);
-  EXPECT_GT(ready.get("raw").get<double>(), 0);
-  EXPECT_EQ(ready.get("local").to_str(), link);
-  EXPECT_TRUE(fs::is_character_file(link));
-  EXPECT_EQ(program.Wait(SIGINT), 0);
-  EXPECT_EQ(Errors(), "");
-  EXPECT_FALSE(fs::is_symlink(link));
-  // The state of one family is no other family's.
-  EXPECT_EQ(WEXITSTATUS(Start({"--model", "QM-T84 Series", "--state", state}).Wait()), 1);
-  EXPECT_NE(Errors().find("Corvel"), std::string::npos);
+// The command of the program with these options, whose errors go to its output.
+Texts Command(const Texts& options) {
+  Texts command = {"sh", "-c", R"(exec "$0" "$@" 2>&1)", VIRTUAL_PRINTER};
+  command.insert(command.end(), options.begin(), options.end());
+  return command;
 }
 
-TEST_F(Program, SaysWhatIsWrong) {
+struct RunningPrinter {
+  explicit RunningPrinter(const Texts& options) : process(Command(options), "/dev/null") {
+    EXPECT_EQ(picojson::parse(ready, process.ReadUntil("\n")), "");
+  }
+
+  FileDescriptor Connect() const {
+    FileDescriptor socket(::socket(AF_INET6, SOCK_STREAM, 0));
+    sockaddr_in6 address{};
+    address.sin6_family = AF_INET6;
+    address.sin6_addr = in6addr_loopback;
+    address.sin6_port = htons(static_cast<in_port_t>(ready.get("raw").get<double>()));
+    EXPECT_EQ(connect(socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    return socket;
+  }
+
+  Process process;
+  picojson::value ready;
+};
+
+void Send(const FileDescriptor& file, const Bytes& bytes) {
+  EXPECT_EQ(write(file.Get(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+}
+
+// Reads `size` bytes, fewer at the end.
+std::string ReadText(const FileDescriptor& file, std::size_t size) {
+  std::string text(size, '\0');
+  std::size_t done = 0;
+  for (ssize_t more = 1; more > 0 && done < size; done += static_cast<std::size_t>(more)) {
+    more = std::max<ssize_t>(read(file.Get(), text.data() + done, size - done), 0);
+  }
+  text.resize(done);
+  return text;
+}
+
+Bytes Remote(const std::vector<Bytes>& commands) {
+  Bytes stream = kEnter;
+  for (const auto& command : commands) Append(stream, command);
+  Append(stream, Hex("1B000000"));
+  return stream;
+}
+
+TEST(Program, SaysWhatIsWrong) {
   const struct {
     int status;
-    std::vector<std::string> arguments;
+    Texts options;
     const char* told;
   } kCases[] = {
       {2, {}, "--model is missing"},
-      {2, {"--model"}, "--model"},
       {2, {"--model", "QM-X Series"}, "QM-T84 Series"},  // lists the names
       {2, {"--model", "QM-V5 Series", "more"}, "more"},
       {2, {"--snmp", "65536"}, "--snmp"},
-      {2, {"--snmp", "-1"}, "--snmp"},
       {2, {"--raw", ""}, "--raw"},
       {2, {"--fault", ""}, "unknown fault"},
       {2, {"--fault", "drop"}, "drop: "},
@@ -82,12 +93,61 @@ TEST_F(Program, SaysWhatIsWrong) {
       {1, {"--model", "QM-V5 Series", "--state", "/dev/null"}, "/dev/null"},
   };
   for (const auto& c : kCases) {
-    Process program = Start(c.arguments);
-    EXPECT_EQ(program.ReadAll(), "");
-    EXPECT_EQ(WEXITSTATUS(program.Wait()), c.status) << testing::PrintToString(c.arguments);
-    EXPECT_NE(Errors().find(c.told), std::string::npos)
-        << testing::PrintToString(c.arguments) << Errors();
+    Process process(Command(c.options), "/dev/null");
+    const std::string output = process.ReadAll();
+    EXPECT_EQ(output.rfind("virtual-printer: ", 0), 0U) << output;
+    EXPECT_NE(output.find(c.told), std::string::npos) << c.told << " in " << output;
+    EXPECT_EQ(WEXITSTATUS(process.Wait()), c.status) << c.told;
   }
 }
 
+// A host may send all its commands and close its side before it reads: it is held back while its
+// replies wait, and still gets all of them, then the end.
+TEST(Program, AnswersBeforeItCloses) {
+  constexpr std::size_t kCommands = 30000;
+  constexpr std::size_t kReplies = (kCommands - 1) * 239;
+  for (const char* fault : {"delay=0", "delay=5"}) {
+    const RunningPrinter printer(
+        {"--model", kPlain, "--listen", "::1", "--fault", fault, "--fault", "drop=1"});
+    const FileDescriptor host = printer.Connect();
+    Send(host, Remote(std::vector<Bytes>(kCommands, Read("370380"))));
+    Send(host, Bytes(kEnter.begin(), kEnter.end() - 1));  // incomplete
+    EXPECT_EQ(shutdown(host.Get(), SHUT_WR), 0);
+    const FileDescriptor other = printer.Connect();
+    for (int i = 0; i < 100; ++i) {  // other hosts are served meanwhile
+      Send(other, Remote({kNothing}));
+      EXPECT_EQ(ReadText(other, 6), "XX:NA;");
+    }
+    EXPECT_EQ(ReadText(host, kReplies + 1).size(), kReplies);
+  }
+}
+
+// What one host leaves unread, and the command that it breaks off, are not the next one's.
+TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
+  const std::string path = testing::TempDir() + "virtual-printer-" + std::to_string(getpid());
+  ASSERT_EQ(symlink("/dev/null", path.c_str()), 0);  // is replaced
+  RunningPrinter printer(
+      {"--model", kPlain, "--listen", "::1", "--local", path, "--fault", "status-text=410D0A"});
+  const FileDescriptor watcher = printer.Connect();
+  for (int round = 0; round < 3; ++round) {
+    FileDescriptor host(open(path.c_str(), O_RDWR | O_NOCTTY));
+    Send(host, Remote({MakeCommand("ST", "010001"), kNothing}));
+    EXPECT_EQ(ReadText(host, 9), "A\r\nXX:NA;") << round;
+    Bytes broken_off = Remote({kSave});
+    Append(broken_off, kEnter);
+    Append(broken_off, Hex("4558FF00"));
+    Send(host, broken_off);
+    EXPECT_EQ(ReadText(host, 1), "S");
+    host = FileDescriptor();
+    // The printer looks at all its ports whenever it answers at one.
+    for (int i = 0; i < 5; ++i) {
+      Send(watcher, Remote({kNothing}));
+      EXPECT_EQ(ReadText(watcher, 6), "XX:NA;");
+    }
+  }
+  EXPECT_EQ(printer.process.Wait(SIGINT), 0);
+  EXPECT_NE(unlink(path.c_str()), 0) << "the link is still there";
+}
+
 }  // namespace
+}  // namespace VirtualPrinter

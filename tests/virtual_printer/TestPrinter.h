@@ -6,9 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "virtual_printer/Faults.h"
 #include "virtual_printer/Printer.h"
 
 namespace VirtualPrinter {
@@ -16,13 +14,7 @@ namespace VirtualPrinter {
 inline constexpr char kPlain[] = "QM-R410 Series";
 
 inline Bytes Hex(const std::string& digits) {
-  const auto bytes = FromHex(digits);
-  EXPECT_TRUE(bytes) << digits;
-  return bytes.value_or(Bytes());
-}
-
-inline std::string Text(const Bytes& bytes) {
-  return std::string(bytes.begin(), bytes.end());
+  return FromHex(digits).value();
 }
 
 inline std::string Repeat(const std::string& text, std::size_t times) {
@@ -47,18 +39,18 @@ inline Bytes Read(const std::string& variable) {
 inline const Bytes kSave = MakeCommand("SV", "");
 
 struct TestPrinter {
-  explicit TestPrinter(const std::vector<std::string>& fault_texts = {},
-                       const std::string& state_path = "")
-      : printer({kPlain, "VP00000001", "1.00", state_path}, FactoryRecords(*FindFamily(kPlain)),
-                faults, trace) {
-    for (const auto& text : fault_texts) EXPECT_EQ(faults.Add(text), "") << text;
+  std::string Ask(const Bytes& command) {
+    const Bytes reply = printer.Execute(Port::kRaw, command);
+    return std::string(reply.begin(), reply.end());
   }
 
-  std::string Ask(const Bytes& command) { return Text(printer.Execute(Port::kRaw, command)); }
-
-  Faults faults;
+  std::string state_path;
+  Faults faults{};
   Trace trace{nullptr};
-  Printer printer;
+  Printer printer{{kPlain, "VP00000001", "1.00", state_path},
+                  FactoryRecords(*FindFamily(kPlain)),
+                  faults,
+                  trace};
 };
 
 }  // namespace VirtualPrinter
