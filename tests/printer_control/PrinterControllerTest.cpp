@@ -21,9 +21,6 @@ std::string InRemoteMode(const std::string& digits) {
   return "1B401B285208000052454D4F544531" + digits + "1B000000";
 }
 
-const std::set<std::string> kPortCalls{"open",  "ioctl", "status",  "write",
-                                       "flush", "read",  "control", "close"};
-
 class ControllerTest : public testing::Test {
  protected:
   ControllerTest() {
@@ -33,20 +30,14 @@ class ControllerTest : public testing::Test {
     record_.insert("CommandVersion", 0);
   }
 
-  // Makes the next operation's port answer reply, or fail in a call.
-  void Prepare(const std::string& failing, const std::string& reply) {
-    fake_plugin::script() = {};
-    fake_plugin::script().replies = {reply};
-    if (!failing.empty()) fake_plugin::script().results[failing] = -3;
-    error_ = kUntouched;
-  }
-
   // The calls on the port since the last time, without those of loading and ending.
   static std::string PortCalls() {
+    const std::set<std::string> names{"open",  "ioctl", "status",  "write",
+                                      "flush", "read",  "control", "close"};
     std::string calls;
     for (const std::string& call : fake_plugin::TakeCalls()) {
       const std::string name = call.substr(0, call.find(' '));
-      if (kPortCalls.count(name) == 0) continue;
+      if (names.count(name) == 0) continue;
       calls += (calls.empty() ? "" : ", ") + (name == "ioctl" ? name : call);
     }
     EXPECT_EQ(fake_plugin::LiveObjects(), 0);
@@ -58,43 +49,6 @@ class ControllerTest : public testing::Test {
   ParameterMapVO out_;
   APPLICATION_ERROR error_ = kUntouched;
 };
-
-TEST_F(ControllerTest, Reads) {
-  const std::string exchange = "open, ioctl, close";
-  const std::string accepted = "EX:0000001B370300";
-  const struct {
-    const char* printer;
-    const char* device;
-    const char* failing;  // call, or none
-    std::string reply;
-    int code;
-    std::string calls;
-  } kCases[] = {
-      {"network", kDevice, "", accepted, 0, exchange},
-      {"local", kDevice, "", accepted, 0,
-       "open, write " + InRemoteMode("45580800010000001B370300") + ", flush 0, read 512, close"},
-      {"network", "unknown", "", accepted, -1, ""},
-      {"unlisted", kDevice, "", accepted, -4, ""},
-      {"network", kDevice, "open", accepted, -4, "open"},
-      {"network", kDevice, "ioctl", accepted, -6, exchange},
-      {"network", kDevice, "", "no header", -7, exchange},
-      {"network", kDevice, "", "EX:0000001B" + std::string(512 - 11 - 4, 'x') + "NA;?", -1,
-       exchange},
-      // A close that fails in the plug-in is no failure of closing the port object.
-      {"network", kDevice, "close", accepted, 0, exchange},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(std::string(c.printer) + ' ' + c.device + ' ' + c.failing + ' ' + c.reply);
-    Prepare(c.failing, c.reply);
-    ParameterMapVO out;
-    EXPECT_EQ(CPrinterController::Read(Ravik::READ_CUSTOMMEDIA_INFO1, {c.printer, c.device},
-                                       record_, out, error_),
-              c.code == 0);
-    EXPECT_EQ(error_, c.code);
-    EXPECT_EQ(PortCalls(), c.calls);
-    EXPECT_EQ(out.isKey("DeviceID"), c.code == 0);
-  }
-}
 
 TEST_F(ControllerTest, StatusFiguresAreCopiedAsFarAsAskedFor) {
   const char status[] = "text\r\n\x06\x00\x01\x01\x04\x02\x01\x55";
@@ -114,14 +68,19 @@ TEST_F(ControllerTest, StatusFiguresAreCopiedAsFarAsAskedFor) {
   EXPECT_EQ(error_, Ravik::ERROR_TRANSFER);
 }
 
-TEST_F(ControllerTest, Writes) {
+TEST_F(ControllerTest, ReadsAndWrites) {
   record_.insert("SettingAll", "AB");
   record_.insert("InitializeCustomMedia", 1);
-  const std::string sv = "53560000";
+  const std::string read = InRemoteMode("45580800010000001B370300");
+  const std::string record = InRemoteMode("45581800000000001B370300" + std::string(32, 'F'));
   const std::string block = "45580900000000001B370300AB";
-  const std::string record = "45581800000000001B370300" + std::string(32, 'F');
-  const std::string direct = ", flush 0, write " + InRemoteMode(sv) + ", flush 0, close";
-  constexpr auto kRecord = Ravik::WRITE_CUSTOMMEDIA_INFO1;
+  const std::string both = InRemoteMode(block + "53560000");
+  const std::string reset = InRemoteMode("45580700000000001E3781");
+  const std::string direct = ", flush 0, write " + InRemoteMode("53560000") + ", flush 0, close";
+  const std::string exchange = "open, ioctl, close";
+  const std::string accepted = "EX:0000001B370300";
+  constexpr auto kRead = Ravik::READ_CUSTOMMEDIA_INFO1;
+  constexpr auto kWrite = Ravik::WRITE_CUSTOMMEDIA_INFO1;
   constexpr auto kBlock = Ravik::WRITE_CUSTOMMEDIA_INFO3;
   constexpr auto kReset = Ravik::WRITE_MEDIA_INITIALIZE;
   const struct {
@@ -131,31 +90,45 @@ TEST_F(ControllerTest, Writes) {
     const char* failing;  // call, or none
     int code;
     std::string calls;
+    std::string reply{};
   } kCases[] = {
-      {"network", kDevice, kRecord, "", 0, "open, ioctl, ioctl, close"},
-      {"network", kDevice, kBlock, "", 0,
-       "open, write " + InRemoteMode(block + sv) + ", flush 0, close"},
-      {"local", kDevice, kRecord, "", 0, "open, write " + InRemoteMode(record) + direct},
+      {"network", kDevice, kRead, "", 0, exchange, accepted},
+      {"local", kDevice, kRead, "", 0, "open, write " + read + ", flush 0, read 512, close",
+       accepted},
+      {"network", "unknown", kRead, "", -1, "", accepted},
+      {"unlisted", kDevice, kRead, "", -4, "", accepted},
+      {"network", kDevice, kRead, "open", -4, "open", accepted},
+      {"network", kDevice, kRead, "ioctl", -6, exchange, accepted},
+      {"network", kDevice, kRead, "", -7, exchange, "no header"},
+      {"network", kDevice, kRead, "", -1, exchange,
+       "EX:0000001B" + std::string(512 - 11 - 4, 'x') + "NA;?"},
+      // A close that fails in the plug-in is no failure of closing the port object.
+      {"network", kDevice, kRead, "close", 0, exchange, accepted},
+      {"network", kDevice, kWrite, "", 0, "open, ioctl, ioctl, close"},
+      {"network", kDevice, kBlock, "", 0, "open, write " + both + ", flush 0, close"},
+      {"local", kDevice, kWrite, "", 0, "open, write " + record + direct},
       {"local", kDevice, kBlock, "", 0, "open, write " + InRemoteMode(block) + direct},
       {"unlisted", "unknown", kReset, "", -4, ""},
       {"network", kDevice, kReset, "open", -4, "open"},
       // Built while the printer is open; the code stays for what is not opening.
       {"network", "unknown", kReset, "", kUntouched, "open, close"},
       // After a failed command the printer is not told to keep it.
-      {"network", kDevice, kReset, "ioctl", kUntouched, "open, ioctl, close"},
-      {"network", kDevice, kBlock, "write", kUntouched,
-       "open, write " + InRemoteMode(block + sv) + ", close"},
-      {"local", kDevice, kReset, "flush", kUntouched,
-       "open, write " + InRemoteMode("45580700000000001E3781") + ", flush 0, close"},
+      {"network", kDevice, kReset, "ioctl", kUntouched, exchange},
+      {"network", kDevice, kBlock, "write", kUntouched, "open, write " + both + ", close"},
+      {"local", kDevice, kReset, "flush", kUntouched, "open, write " + reset + ", flush 0, close"},
   };
   for (const auto& c : kCases) {
-    SCOPED_TRACE(std::string(c.printer) + ' ' + c.device + ' ' + c.failing);
-    Prepare(c.failing, "");
-    EXPECT_EQ(CPrinterController::Write(c.key, {c.printer, c.device}, record_, out_, error_),
-              c.code == 0);
+    SCOPED_TRACE(std::string(c.printer) + ' ' + c.device + ' ' + c.failing + ' ' + c.calls);
+    fake_plugin::script() = {};
+    fake_plugin::script().replies = {c.reply};
+    if (*c.failing != '\0') fake_plugin::script().results[c.failing] = -3;
+    error_ = kUntouched;
+    ParameterMapVO out;
+    const auto operate = c.key == kRead ? CPrinterController::Read : CPrinterController::Write;
+    EXPECT_EQ(operate(c.key, {c.printer, c.device}, record_, out, error_), c.code == 0);
     EXPECT_EQ(error_, c.code);
     EXPECT_EQ(PortCalls(), c.calls);
-    EXPECT_EQ(out_.size(), 0U);
+    EXPECT_EQ(out.size() != 0, c.code == 0 && c.key == kRead);
   }
 }
 
