@@ -1,10 +1,8 @@
 // How writes are confirmed by reading back.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <ctime>
 #include <string>
-#include <vector>
 
 #include "NativeProcess/PrinterProcess.h"
 #include "tests/fake_plugin/FakePlugin.h"
@@ -19,9 +17,7 @@ constexpr char kAccepted[] = "EX:OK;";
 
 // A record of slot 3 in layout 0 with this media suction, in the printer's digits.
 std::string Record(const std::string& suction, const std::string& flag = "01") {
-  return "EX:0000001B370300"
-         "02FFFFFFFFFFFF" +
-         suction + "FFFFFFFFFFFFFF" + flag + ';';
+  return "EX:0000001B37030002FFFFFFFFFFFF" + suction + "FFFFFFFFFFFFFF" + flag + ';';
 }
 
 class HandlerTest : public testing::Test {
@@ -29,9 +25,9 @@ class HandlerTest : public testing::Test {
   HandlerTest() { fake_plugin::StorePrinters({{"p", "QM-R410 Series", "a"}}); }
 
   static int Exchanges() {
-    const std::vector<std::string> calls = fake_plugin::TakeCalls();
-    return static_cast<int>(std::count_if(
-        calls.begin(), calls.end(), [](const auto& call) { return call.rfind("ioctl", 0) == 0; }));
+    int exchanges = 0;
+    for (const auto& call : fake_plugin::TakeCalls()) exchanges += call.rfind("ioctl", 0) == 0;
+    return exchanges;
   }
 
   const PrinterVO printer_{"p", "QM-R410 Series"};

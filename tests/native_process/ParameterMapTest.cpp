@@ -3,6 +3,7 @@
 
 #include <sstream>
 #include <stdexcept>
+#include <tuple>
 
 #include "GantryCore/ParameterMapVO.h"
 #include "Library/RavikCommon/RavikValue.h"
@@ -12,25 +13,13 @@ namespace {
 using Ravik::ParameterMapVO;
 using Ravik::value;
 
-std::string Printed(const ParameterMapVO& map) {
-  std::ostringstream out;
-  out << map;
-  return out.str();
-}
-
 TEST(Value, TextAndJsonOfEveryKind) {
   const value nested(value::object{{"a\"b", value(1)}, {"B", value(value::array{value("x")})}});
-  const struct {
-    value tested;
-    const char* text;
-    const char* json;
-  } kCases[] = {
+  const std::tuple<value, const char*, const char*> kCases[] = {
       {value(), "null", "null"},
       {value(true), "true", "true"},
-      {value(false), "false", "false"},
       {value(-2147483647 - 1), "-2147483648", "-2147483648"},
       {value(2.5), "2.5", "2.5"},
-      {value(0.1), "0.1", "0.1"},
       {value(1e20), "1e+20", "1e+20"},
       {value(1234567.0), "1.23457e+06", "1.23457e+06"},
       {value("Paper"), "Paper", "\"Paper\""},
@@ -38,9 +27,9 @@ TEST(Value, TextAndJsonOfEveryKind) {
       {value(value::array{value(1), value("a"), value(true)}), "array", "[1,\"a\",true]"},
       {nested, "object", "{\"B\":[\"x\"],\"a\"b\":1}"},
   };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(c.tested.to_str(), c.text);
-    EXPECT_EQ(c.tested.serialize(), c.json);
+  for (const auto& [tested, text, json] : kCases) {
+    EXPECT_EQ(tested.to_str(), text);
+    EXPECT_EQ(tested.serialize(), json);
   }
 }
 
@@ -51,19 +40,14 @@ TEST(Value, EscapesOnlyWhatHasATwoCharacterEscape) {
 }
 
 TEST(Value, EqualityNeedsTheSameKindAndContent) {
-  using array = value::array;
-  using object = value::object;
-  const std::vector<value> distinct{value(3),
-                                    value(3.0),
-                                    value("3"),
-                                    value(1),
-                                    value(true),
-                                    value(false),
-                                    value(array{value(1)}),
-                                    value(array{value(1), value(2)}),
-                                    value(object{{"k", value(1)}}),
-                                    value(object{{"l", value(1)}}),
-                                    value(object{{"k", value(2)}})};
+  const auto object = [](const char* key, int number) {
+    return value(value::object{{key, value(number)}});
+  };
+  const value one(value::array{value(1)});
+  const value two(value::array{value(1), value(2)});
+  const std::vector<value> distinct{value(3),       value(3.0),     value("3"),    value(1),
+                                    value(true),    value(false),   one,           two,
+                                    object("k", 1), object("l", 1), object("k", 2)};
   for (const value& left : distinct) {
     for (const value& right : distinct) {
       EXPECT_EQ(left == right, &left == &right) << left.serialize() << ' ' << right.serialize();
@@ -88,31 +72,34 @@ TEST(ParameterMap, FindsByKeyAndPosition) {
   EXPECT_EQ(found.to_str(), "untouched");
 
   std::string text;
-  ASSERT_TRUE(map.find("Key", text));
-  EXPECT_EQ(text, "12");
   int integer = 0;
-  ASSERT_TRUE(map.find("Key", integer));
+  EXPECT_TRUE(map.find("Key", text) && map.find("Key", integer));
+  EXPECT_EQ(text, "12");
   EXPECT_EQ(integer, 12);
   EXPECT_DEATH(map.find("Key", 1, integer),
                "ParameterMapVO:[0-9]+: find: Assertion `val.is<int>\\(\\)'");
 }
 
 TEST(ParameterMap, PrintsByTheSmallestNumberOfValues) {
+  const auto print = [](const ParameterMapVO& map) {
+    std::ostringstream out;
+    out << map;
+    return out.str();
+  };
   ParameterMapVO map;
-  EXPECT_EQ(Printed(map), "{}");
+  EXPECT_EQ(print(map), "{}");
   map.insert("No", 3);
   map.insert("Name", "Paper A");
-  EXPECT_EQ(Printed(map), R"({"Name":"Paper A","No":3})");
   map.insert("No", 4);
-  EXPECT_EQ(Printed(map), R"({"Name":"Paper A","No":3})");
+  EXPECT_EQ(print(map), R"({"Name":"Paper A","No":3})");
   map.insert("Name", "B");
   map.insert("Name", "C");
   EXPECT_EQ(map.sizeMinVector(), 2U);
-  EXPECT_EQ(Printed(map), R"([{"Name":"Paper A","No":3},{"Name":"B","No":4}])");
+  EXPECT_EQ(print(map), R"([{"Name":"Paper A","No":3},{"Name":"B","No":4}])");
   map.insert("No10");
   map.insert("No2", 1);
   map.insert("a\xc3\xa9", 1);
-  EXPECT_EQ(Printed(map), R"({"Name":"Paper A","No":3,"No10":null,"No2":1,"aé":1})");
+  EXPECT_EQ(print(map), R"({"Name":"Paper A","No":3,"No10":null,"No2":1,"aé":1})");
 }
 
 TEST(ParameterMap, ContainsWhatItsSharedKeysAgreeOn) {

