@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 #include "tests/end_to_end/Process.h"
@@ -70,6 +71,11 @@ Bytes Remote(const std::vector<Bytes>& commands) {
   return stream;
 }
 
+// A place for the local port's link.
+std::string LocalPath() {
+  return testing::TempDir() + "virtual-printer-" + std::to_string(getpid());
+}
+
 TEST(Program, SaysWhatIsWrong) {
   const struct {
     int status;
@@ -124,7 +130,7 @@ TEST(Program, AnswersBeforeItCloses) {
 
 // What one host leaves unread, and the command that it breaks off, are not the next one's.
 TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
-  const std::string path = testing::TempDir() + "virtual-printer-" + std::to_string(getpid());
+  const std::string path = LocalPath();
   ASSERT_EQ(symlink("/dev/null", path.c_str()), 0);  // is replaced
   RunningPrinter printer(
       {"--model", kPlain, "--listen", "::1", "--local", path, "--fault", "status-text=410D0A"});
@@ -147,6 +153,21 @@ TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
   }
   EXPECT_EQ(printer.process.Wait(SIGINT), 0);
   EXPECT_NE(unlink(path.c_str()), 0) << "the link is still there";
+}
+
+TEST(Program, ResetsTcpConnectionsAlone) {
+  const std::string path = LocalPath();
+  RunningPrinter printer(
+      {"--model", kPlain, "--listen", "::1", "--local", path, "--fault", "reset"});
+  const FileDescriptor local(open(path.c_str(), O_RDWR | O_NOCTTY));
+  Send(local, Remote({kNothing}));
+  EXPECT_EQ(ReadText(local, 6), "XX:NA;");
+  const FileDescriptor host = printer.Connect();
+  Send(host, Remote({kNothing}));
+  char byte = 0;
+  EXPECT_EQ(read(host.Get(), &byte, 1), -1);
+  EXPECT_EQ(errno, ECONNRESET);
+  EXPECT_EQ(printer.process.Wait(SIGTERM), 0);
 }
 
 }  // namespace
