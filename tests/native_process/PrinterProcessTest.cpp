@@ -26,26 +26,47 @@ std::string Read(const std::string& parameter) {
   return out.str();
 }
 
+std::string Times(std::size_t count, const std::string& text) {
+  std::string all;
+  for (std::size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+std::string NestedObjects(std::size_t depth) {
+  return Times(depth, "{\"a\":") + '1' + Times(depth, "}");
+}
+
+std::string NestedArrays(std::size_t depth) {
+  return "{\"a\":" + Times(depth, "[") + Times(depth, "]") + '}';
+}
+
 TEST(ParsePicojson, ReadsParametersOfEveryKind) {
   const std::string head = R"(SetCustomMediaInfo "PrinterName":"p "1"","DeviceName":"d" )";
   const std::pair<std::string, std::string> kCases[] = {
       {"{}", "{}"},
       {R"({"b":"text","a":1})", R"({"a":1,"b":"text"})"},
-      {R"({"a":3.9,"b":-3.9,"c":-0.5,"d":1e-300})", R"({"a":3,"b":-3,"c":0,"d":0})"},
+      {R"({"a":3.9,"b":-3.9,"c":-0.5,"d":1e-999,"e":-0})", R"({"a":3,"b":-3,"c":0,"d":0,"e":0})"},
       {R"({"a":2147483647,"b":2147483647.9,"c":-2147483648.9})",
        R"({"a":2147483647,"b":2147483647,"c":-2147483648})"},
       {R"({"a":2147483648,"b":-2147483649,"c":1e300,"d":-1e300})",
        R"({"a":-2147483648,"b":-2147483648,"c":-2147483648,"d":-2147483648})"},
       {R"({"a":true,"b":null,"c":[1],"d":{"e":1},"f":1})", R"({"f":1})"},
       {R"({"a":"é\u7d19\n","":1})", "{\"\":1,\"a\":\"é紙\\n\"}"},
+      {R"({"a":1,"b":[{"a":2}],"a":"last","b":3})", R"({"a":"last","b":3})"},
+      {"{\"\xff\xc3\":\"\xed\xa0\x80\\u0001\"}", "{\"\xff\xc3\":\"\xed\xa0\x80\x01\"}"},
+      {NestedArrays(100), "{}"},
+      {NestedObjects(2047), "{}"},
   };
   for (const auto& [parameter, read] : kCases) EXPECT_EQ(Read(parameter), head + read);
 }
 
 TEST(ParsePicojson, RefusesWhatIsNotARequest) {
-  const std::string deep(100000, '[');
   for (const std::string& parameter :
-       {std::string(), std::string("{\"a\":1e999}"), deep, "{\"a\":" + deep}) {
+       {std::string(), std::string(R"({"a":1e999})"), std::string(R"({"a":"\ud800"})"),
+        std::string(R"({"a":"\udc00\ud800"})"), std::string(R"({"a":"\ud800\u0041"})"),
+        std::string("{\"a\":\"\x01\"}"), NestedArrays(101), NestedArrays(100000),
+        NestedObjects(2048), NestedObjects(100000), Times(100000, "["), Times(100000, "{\"a\":"),
+        Times(100000, "[{\"a\":")}) {
     EXPECT_EQ(Read(parameter), "") << parameter.substr(0, 80);
   }
 }

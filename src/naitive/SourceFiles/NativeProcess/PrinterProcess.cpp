@@ -1,17 +1,16 @@
 #include "NativeProcess/PrinterProcess.h"
 
-#include <picojson.h>
 #include <unistd.h>
 
 #include <ctime>
 #include <limits>
-#include <sstream>
 #include <stdexcept>
 #include <vector>
 
 #include "Library/RavikCommon/RavikAssert.h"
 #include "Library/RavikCommon/RavikTemplate.h"
 #include "ModelInfomation/ParameterName.h"
+#include "NativeProcess/JsonReader.h"
 #include "printer_control/PrinterController.h"
 
 namespace Ravik {
@@ -31,16 +30,6 @@ const std::string kGetFWVersion = "GetFWVersion";
 
 const std::string kCommandVersion = "CommandVersion";
 const std::string kInitializeCustomMedia = "InitializeCustomMedia";
-
-// Reads the first JSON value of text; what follows it does not count. False if there is none.
-bool ParseJson(const std::string& text, picojson::value& json) {
-  std::istringstream stream(text);
-  try {
-    return picojson::parse(json, stream).empty();
-  } catch (const std::overflow_error&) {  // a number beyond a double's range
-    return false;
-  }
-}
 
 // Truncation toward zero; what lies outside 32 bits becomes the smallest number.
 int ToInteger(double number) {
@@ -133,7 +122,7 @@ long PrinterProcess::doFunction(const std::string& request, std::ostream& out) {
 bool PrinterProcess::ParsePicojson(const std::string& request, std::string& command,
                                    PrinterVO& printer, ParameterMapVO& params) {
   picojson::value json;
-  if (!ParseJson(request, json) || json.is<picojson::null>()) return false;
+  if (!ReadJson(request, json) || json.is<picojson::null>()) return false;
   const picojson::value& name = json.get(kCommand);
   if (!name.is<std::string>()) return false;
   command = name.get<std::string>();
