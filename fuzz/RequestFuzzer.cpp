@@ -1,15 +1,19 @@
-// Request lines from the host, run against a port whose answers come from the input too.
+// Request lines from the host, run against a port whose answers come from the input too. The line
+// is also encoded, and sent to the port as it is.
 //
 // Input: the URL-encoded request line; the name of a plug-in call that fails, or any other text;
 // then the port's answers, the first of them also the status text. Each ends in a backslash and a
 // character that is none. Taken from the end: the length that the plug-in tells of an answer.
 #include <algorithm>
+#include <initializer_list>
 #include <sstream>
 
 #include "NativeProcess/PrinterProcess.h"
 #include "NativeProcess/URLDecoder.h"
+#include "NativeProcess/URLEncoder.h"
 #include "fuzz/Fuzz.h"
 #include "fuzz/PrescribedEnds.h"
+#include "printer_control/PrinterController.h"
 #include "tests/fake_plugin/FakePlugin.h"
 
 namespace {
@@ -47,6 +51,47 @@ void ScriptPort(FuzzedDataProvider& input) {
   };
 }
 
+// Texts end at their NUL.
+void CheckEncoding(const std::string& line) {
+  FUZZ_CHECK(URLDecoder::decode(URLEncoder::encode(line)) == line.substr(0, line.find('\0')));
+}
+
+bool Succeed(std::initializer_list<const char*> calls) {
+  const auto& results = fake_plugin::script().results;
+  return std::none_of(calls.begin(), calls.end(), [&results](const std::string& call) {
+    const auto result = results.find(call);
+    return result != results.end() && result->second != 0;
+  });
+}
+
+void CheckTransfer(bool sent, bool succeeds, Ravik::APPLICATION_ERROR error) {
+  const bool opens = Succeed({"factory", "QueryInterface", "initialise", "open"});
+  FUZZ_CHECK(sent == (opens && succeeds));
+  FUZZ_CHECK(error == (sent    ? Ravik::ERROR_NONE
+                       : opens ? Ravik::ERROR_TRANSFER
+                               : Ravik::ERROR_OPEN));
+}
+
+// Transfers that no request makes so far end as the port's calls do.
+void CheckTransfers(const std::string& bytes) {
+  constexpr std::size_t kReplySize = 512;
+  const Ravik::PrinterVO printer("N", "QM-R410 Series");
+  const Ravik::CommandVO command(bytes.data(), static_cast<int>(bytes.size()));
+  const auto replies = fake_plugin::script().replies;
+  auto error = Ravik::ERROR_COMMAND;
+  const bool spooled = Ravik::CPrinterController::SendSpooler(printer, command, error);
+  CheckTransfer(spooled, Succeed({"write", "flush"}), error);
+  Ravik::CommandVO reply;
+  error = Ravik::ERROR_COMMAND;
+  const bool answered =
+      Ravik::CPrinterController::SendCommand(printer, command, true, &reply, error);
+  CheckTransfer(answered, Succeed({"control"}), error);
+  std::string expected = replies.empty() ? "" : replies.front();
+  expected.resize(answered ? kReplySize : 0);
+  FUZZ_CHECK(std::string(reply.bytes().begin(), reply.bytes().end()) == expected);
+  fake_plugin::script().replies = replies;
+}
+
 bool IsResultCode(long code) {
   return code == 0 || code == -1 || (code >= -8 && code <= -4);
 }
@@ -70,6 +115,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzedDataProvider input(data, size);
   const std::string line = input.ConsumeRandomLengthString(4096);
   ScriptPort(input);
+  CheckEncoding(line);
+  CheckTransfers(line);
   Completes([&] { Ask(line); });
   FUZZ_CHECK(fake_plugin::LiveObjects() == 0);
   const auto calls = fake_plugin::TakeCalls();
