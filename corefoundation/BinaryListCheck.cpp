@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "corefoundation/ListBudget.h"
 #include "corefoundation/PropertyListCheck.h"
 
 namespace CoreFoundation {
@@ -18,15 +19,11 @@ namespace {
 constexpr std::string_view kMagic = "bplist00";
 constexpr std::size_t kTrailerSize = 32;
 
-// What an object takes in memory beside its content, roughly: its node and what is made of it.
-constexpr std::uint64_t kObjectCost = 256;
-
 enum Kind : unsigned { kData = 4, kString = 5, kUnicode = 6, kArray = 10, kSet = 12, kDict = 13 };
 
 class Walk {
  public:
-  explicit Walk(std::string_view bytes)
-      : bytes_(bytes), budget_((std::uint64_t{64} << 20) + 4 * std::uint64_t{bytes.size()}) {}
+  explicit Walk(std::string_view bytes) : bytes_(bytes), budget_(bytes.size()) {}
 
   bool Whole() {
     if (!ReadTrailer() || !Visit(root_)) return false;
@@ -100,7 +97,7 @@ class Walk {
     const unsigned kind = marker >> 4;
     if (kind != kArray && kind != kSet && kind != kDict && kind != kData && kind != kString &&
         kind != kUnicode) {
-      return Spend(kObjectCost);
+      return budget_.TakeObject(0);
     }
     const auto extent = ReadExtent(begin + 1, marker & 0xF);
     return extent && TakeObject(kind, *extent);
@@ -111,7 +108,8 @@ class Walk {
     const std::uint64_t unit = container ? reference_size_ : kind == kUnicode ? 2 : 1;
     const std::uint64_t units = kind == kDict ? 2 : 1;
     if (extent.size > (table_ - extent.begin) / (unit * units)) return false;
-    if (!Spend(kObjectCost + extent.size)) return false;
+    if (!budget_.TakeObject(extent.size)) return false;
+    if (kind == kDict && !budget_.TakeKeys(extent.size)) return false;
     if (!container) return kind == kData || !HasZero(extent, static_cast<std::size_t>(unit));
     open_.push_back({extent.begin, units * extent.size});
     return open_.size() <= kMaximumListDepth;
@@ -125,15 +123,8 @@ class Walk {
     return false;
   }
 
-  // Counts what the expanded list takes.
-  bool Spend(std::uint64_t size) {
-    if (size > budget_) return false;
-    budget_ -= size;
-    return true;
-  }
-
   std::string_view bytes_;
-  std::uint64_t budget_;
+  ListBudget budget_;
   std::size_t offset_size_ = 0;
   std::size_t reference_size_ = 0;
   std::uint64_t count_ = 0;

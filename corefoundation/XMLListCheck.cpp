@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "corefoundation/ListBudget.h"
 #include "corefoundation/PropertyListCheck.h"
 
 namespace CoreFoundation {
@@ -31,7 +32,7 @@ bool HasOddQuotes(std::string_view text) {
 
 class Walk {
  public:
-  explicit Walk(std::string_view text) : rest_(text) {}
+  explicit Walk(std::string_view text) : rest_(text), budget_(text.size()) {}
 
   bool Whole() {
     while (true) {
@@ -102,11 +103,15 @@ class Walk {
     }
     if (!Count(name)) return false;
     if (IsContainer(name)) {
+      if (!budget_.TakeObject(0)) return false;
       if (empty) return true;
       open_.push_back({name, 0});
       return open_.size() - (open_.front().name == "plist" ? 1 : 0) <= kMaximumListDepth;
     }
-    return IsLeaf(name) && (empty || TakeContent(name));
+    if (!IsLeaf(name)) return false;
+    const std::string_view content = rest_;
+    if (!empty && !TakeContent(name)) return false;
+    return TakeText(content.substr(0, content.size() - rest_.size()));
   }
 
   // A child of the innermost open element, or the root.
@@ -121,9 +126,17 @@ class Walk {
   bool Close(std::string_view name) {
     if (open_.empty() || open_.back().name != name) return false;
     if (name == "plist" && roots_ == 0) return false;
-    if (name == "dict" && open_.back().children % 2 != 0) return false;
+    const std::size_t children = open_.back().children;
+    if (name == "dict" && (children % 2 != 0 || !budget_.TakeKeys(children / 2))) return false;
     open_.pop_back();
     return true;
+  }
+
+  // What a leaf's content costs.
+  bool TakeText(std::string_view text) {
+    const auto references = std::count(text.begin(), text.end(), '&');
+    return budget_.TakeObject(text.size()) &&
+           budget_.TakeReferences(static_cast<std::uint64_t>(references), text.size());
   }
 
   // The text, comments and CDATA sections of a leaf, and its closing tag.
@@ -147,6 +160,7 @@ class Walk {
   }
 
   std::string_view rest_;
+  ListBudget budget_;
   std::vector<Element> open_;
   std::size_t roots_ = 0;
 };

@@ -1,6 +1,7 @@
 // Property lists: what is taken, what is refused, and what comes back.
 #include <cstdint>
 #include <sstream>
+#include <vector>
 
 #include "tests/corefoundation/TestSupport.h"
 
@@ -24,24 +25,38 @@ const std::string kBinary = Bytes(
     "\xFF#\077\xB9\x99\x99\x99\x99\x99\x9A\xD0\x08\x1D\x1F!#%')+-.03<=BKLMVgp\0\0\0\0\0\0\x01"
     "\x01\0\0\0\0\0\0\0\x16\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0q");
 
+std::string Number(std::uint64_t value, int size) {
+  std::string bytes;
+  while (size-- > 0) bytes.push_back(static_cast<char>(value >> (8 * size)));
+  return bytes;
+}
+
+// What follows the objects of a binary list: their offsets, and the trailer.
+std::string BinaryEnd(std::size_t table, const std::vector<std::size_t>& offsets) {
+  std::string bytes;
+  for (const std::size_t offset : offsets) bytes += Number(offset, 4);
+  return bytes + std::string(6, '\0') + "\x04\x04" + Number(offsets.size(), 8) + Number(0, 8) +
+         Number(table, 8);
+}
+
 // A binary list of arrays, each but the last of which refers to the next the given number of times.
 std::string BinaryChain(std::uint32_t objects, int references) {
-  const auto number = [](std::uint64_t value, int size) {
-    std::string bytes;
-    while (size-- > 0) bytes.push_back(static_cast<char>(value >> (8 * size)));
-    return bytes;
-  };
   std::string bytes = "bplist00";
-  std::string offsets;
+  std::vector<std::size_t> offsets;
   for (std::uint32_t i = 0; i < objects; ++i) {
-    offsets += number(bytes.size(), 4);
+    offsets.push_back(bytes.size());
     const bool last = i + 1 == objects;
     bytes.push_back(static_cast<char>(0xA0 | (last ? 0 : references)));
-    for (int j = 0; j < references && !last; ++j) bytes += number(i + 1, 4);
+    for (int j = 0; j < references && !last; ++j) bytes += Number(i + 1, 4);
   }
-  const std::size_t table = bytes.size();
-  return bytes + offsets + std::string(6, '\0') + "\x04\x04" + number(objects, 8) + number(0, 8) +
-         number(table, 8);
+  return bytes + BinaryEnd(bytes.size(), offsets);
+}
+
+// A binary list of one dictionary that has the same key and value over and over.
+std::string BinaryDictionary(std::uint32_t keys) {
+  std::string bytes = "bplist00\xDF\x12" + Number(keys, 4);
+  for (std::uint32_t i = 0; i < 2 * keys; ++i) bytes += Number(1, 4);
+  return bytes + "Qa" + BinaryEnd(bytes.size() + 2, {8, bytes.size()});
 }
 
 TEST(PropertyList, TakesWholeListsAlone) {
@@ -100,6 +115,33 @@ TEST(PropertyList, BoundsDepthAndSize) {
   std::string circle = BinaryChain(2, 1);
   circle[12] = 0;  // the reference of object 0 now names itself
   EXPECT_FALSE(Parse(circle));
+}
+
+// The largest lists of their kind, in round numbers, and lists that are a little larger.
+TEST(PropertyList, BoundsWhatReadingCosts) {
+  const auto repeated = [](const char* start, std::size_t count, const char* text,
+                           const char* end) {
+    std::string all = start;
+    for (std::size_t i = 0; i < count; ++i) all += text;
+    return all + end;
+  };
+  const std::pair<std::string, bool> kCases[] = {
+      // Each key may be compared with all the others.
+      {repeated("<dict>", 11500, "<key>a</key><true/>", "</dict>"), true},
+      {repeated("<dict>", 12000, "<key>a</key><true/>", "</dict>"), false},
+      {BinaryDictionary(11500), true},
+      {BinaryDictionary(12000), false},
+      // Each reference moves the text behind it.
+      {repeated("<string>", 29000, "&#65;", "</string>"), true},
+      {repeated("<string>", 30000, "&#65;", "</string>"), false},
+      {repeated("<string>", 20000, "&lt;<!--->-->", "</string>"), false},
+      // Each object takes memory.
+      {repeated("<array>", 300000, "<true/>", "</array>"), false},
+      {repeated("<array>", 300000, "<dict/>", "</array>"), false},
+  };
+  for (const auto& [list, taken] : kCases) {
+    EXPECT_EQ(bool{Parse(list)}, taken) << list.substr(0, 30) << " ... of " << list.size();
+  }
 }
 
 }  // namespace
