@@ -2,21 +2,17 @@
 
 import json
 import os
-import plistlib
 import re
-import shutil
-import subprocess
 import sys
 import tempfile
-import time
-import urllib.parse
+
+from rig import VirtualPrinter, Worker
 
 PRINTERS = [
     ("Studio", "QM-R410 Series"),
     ("Banner hall", "QM-T84 Series"),
     ("Proof", "QM-V5 Series"),
 ]
-TIME_LIMIT_S = 20
 
 
 def bold(text):
@@ -27,43 +23,16 @@ def shortened(text):
     return text if len(text) <= 200 else text[:140] + " ... " + text[-55:]
 
 
-class VirtualPrinter:
+class TracedPrinter(VirtualPrinter):
     def __init__(self, binaries, folder, name, model):
-        self.name, self.model = name, model
         path = os.path.join(folder, name + ".trace")
         with open(path, "w") as trace:
-            self.process = subprocess.Popen(
-                [os.path.join(binaries, "virtual-printer"), "--model", model, "--trace",
-                 "--serial", "SN00012345", "--firmware", "2.31"],
-                stdout=subprocess.PIPE, stderr=trace, text=True)
+            super().__init__(binaries, name, model, ["--trace"], errors=trace)
         self.trace = open(path)
-        ready = json.loads(self.process.stdout.readline())
-        self.uri = f"socket://127.0.0.1:{ready['raw']}?snmp={ready['snmp']}"
 
     def events(self):
         """The datagrams and commands since the last call."""
         return re.findall(r"^\S+ (\S+ \S+) (.*)$", self.trace.read(), re.M)
-
-
-class Worker:
-    def __init__(self, folder):
-        environment = dict(os.environ, XDG_CONFIG_HOME=os.path.join(folder, "config"))
-        self.process = subprocess.Popen([os.path.join(folder, "PrinterNativeProcess")], bufsize=0,
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        env=environment)
-
-    def ask(self, request):
-        line = urllib.parse.quote(json.dumps(request, separators=(",", ":")), safe="")
-        self.process.stdin.write(line.encode() + b"\n")
-        answer = b""
-        end = time.monotonic() + TIME_LIMIT_S
-        while time.monotonic() < end:
-            answer += os.read(self.process.stdout.fileno(), 65536)
-            try:
-                return json.loads(answer)
-            except ValueError:
-                continue  # not whole yet
-        raise TimeoutError(answer)
 
 
 def show_bytes(printer):
@@ -76,16 +45,8 @@ def show_bytes(printer):
 
 
 def run(binaries, folder):
-    for name in ("PrinterNativeProcess", "libCoreFoundation.so", "ZIO"):
-        source = os.path.join(binaries, name)
-        copy = shutil.copytree if os.path.isdir(source) else shutil.copy
-        copy(source, os.path.join(folder, name))
-    printers = [VirtualPrinter(binaries, folder, name, model) for name, model in PRINTERS]
-    with open(os.path.join(folder, "SupportPrinterList.xml"), "wb") as file:
-        plistlib.dump({"Printers": [
-            {"InfoTargetName": printer.name, "InfoPrinterName": printer.model,
-             "DeviceURI": printer.uri} for printer in printers]}, file)
-    worker = Worker(folder)
+    printers = [TracedPrinter(binaries, folder, name, model) for name, model in PRINTERS]
+    worker = Worker(binaries, folder, printers)
 
     def ask(title, command, printer=None, parameter=None):
         request = {"Command": command}
@@ -122,11 +83,9 @@ def run(binaries, folder):
     assert record["RegistrationFlag"] == 0, record
     ask("Which firmware does the third one run?", "GetFWVersion", proof)
 
-    worker.process.stdin.close()
-    print(bold(f"\nThe worker ended with status {worker.process.wait(TIME_LIMIT_S)}."))
+    print(bold(f"\nThe worker ended with status {worker.end()}."))
     for printer in printers:
-        printer.process.terminate()
-        printer.process.wait(TIME_LIMIT_S)
+        printer.stop()
 
 
 def main():
