@@ -1,0 +1,28 @@
+// A printer as one of the searches found it.
+#ifndef PORT_DRIVER_FOUNDPRINTER_H_
+#define PORT_DRIVER_FOUNDPRINTER_H_
+
+#include <string>
+
+namespace ZIOP {
+
+// A text is empty where the source does not know it. All but uri are as the source gives them,
+// unchecked: bytes in any encoding, of any length; PrinterCatalogue makes of them what is listed.
+//
+// A search appends what it found, in any order, and ends within its deadline; it does not throw,
+// and reports a failure with ReportLine.
+struct FoundPrinter {
+  std::string name;         // as people know the printer: the name of its queue
+  std::string maker;        // manufacturer, when the source keeps it apart from the model
+  std::string model;        // model or driver name, with or without the maker's
+  std::string description;  // free text that may hold a model name
+  std::string uri;          // device URI that the driver opens: socket://HOST... or file://PATH
+  std::string serial;       // serial number
+  std::string uuid;         // UUID of the device, in any of its spellings
+  std::string address;      // numeric IP address, without zone; empty for a local device
+  std::string deviceId;     // IEEE 1284 device identifier; fills in what is empty of the above
+};
+
+}  // namespace ZIOP
+
+#endif  // PORT_DRIVER_FOUNDPRINTER_H_
