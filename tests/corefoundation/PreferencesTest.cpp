@@ -92,6 +92,23 @@ TEST_F(Preferences, KeepsWhatOthersWrite) {
   EXPECT_TRUE(Has("key", ""));
 }
 
+// Names come from printers and lists.
+TEST_F(Preferences, KeepsTextsOfAnyCharacters) {
+  std::string ascii;
+  for (char c = 1; c > 0; ++c) ascii += c;
+  for (const std::string& text :
+       {ascii, std::string("\r"), std::string(" \r\n "), std::string("]]>&amp;<![CDATA[<!--"),
+        std::string("\xEF\xBF\xBF\xF4\x8F\xBF\xBF\xEF\xBB\xBF")}) {
+    for (const std::string& key : {std::string("key"), text}) {
+      Set(key, MakeString(text));
+      EXPECT_TRUE(Synchronise());
+      const auto application = kCFPreferencesCurrentApplication;
+      const CFRef<CFTypeRef> read(CFPreferencesCopyAppValue(MakeString(key).get(), application));
+      EXPECT_TRUE(read && CFEqual(read.get(), MakeString(text).get())) << text;
+    }
+  }
+}
+
 TEST_F(Preferences, ReplacesWhatIsNoDictionary) {
   ASSERT_EQ(mkfifo((folder_.path() + "/pipe").c_str(), 0600), 0);
   std::filesystem::create_symlink("/dev/null", folder_.path() + "/link");
