@@ -11,6 +11,7 @@
 #include "corefoundation/Array.h"
 #include "corefoundation/Dictionary.h"
 #include "corefoundation/ListFile.h"
+#include "corefoundation/ObjectFile.h"
 #include "corefoundation/PropertyList.h"
 #include "corefoundation/String.h"
 
@@ -92,6 +93,8 @@ std::vector<UUIDBytes> Bundle::FactoriesFor(const UUIDBytes& type) const {
 }
 
 std::string Bundle::ExecutablePath() const {
+  // A name, and no path that leads out of the bundle.
+  if (executable_name_.find('/') != std::string::npos) return {};
   for (const char* folder : {"/Contents/Linux/", "/Contents/"}) {
     for (const std::string& file : {executable_name_, "lib" + executable_name_ + ".so"}) {
       std::string path = path_ + folder + file;
@@ -107,6 +110,10 @@ bool Bundle::Load() {
   if (executable.empty()) {
     std::fprintf(stderr, "%s: the executable %s is missing\n", path_.c_str(),
                  executable_name_.c_str());
+    return false;
+  }
+  if (IsCutShort(executable)) {
+    std::fprintf(stderr, "%s: the executable is cut short\n", path_.c_str());
     return false;
   }
   code_ = dlopen(executable.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);

@@ -53,6 +53,12 @@ TEST(PlugIn, FindsFactoriesAndTheExecutable) {
        "<key>CFPlugInTypes</key><string>x</string></dict>",
        "Contents/Linux/libB.so", 0, false},
       {Information("TEST", "F", kFactory), "Contents/TEST", 0, false},
+      {"<dict><key>CFPlugInFactories</key><dict><key></key><string>F</string><key>no digits</key>"
+       "<string>F</string><key>" +
+           std::string(kFactory) +
+           "</key><integer>1</integer></dict><key>CFPlugInTypes</key><dict>" + "<key>" + kType +
+           "</key><array><dict/><string/><string>" + kFactory + "</string></array></dict></dict>",
+       "Contents/Linux/libB.so", 0, false},
       {Information("", "MakeTestInstance", "{11111111-2222-3333-4444-5555555555aa}"),
        "Contents/Linux/libB.so", 1, true},
       {named, "Contents/Linux/TEST", 1, true},
@@ -61,6 +67,11 @@ TEST(PlugIn, FindsFactoriesAndTheExecutable) {
       {named, "Contents/libTEST.so", 1, true},
       {named, "Contents/MacOS/TEST", 1, false, 1},
       {named, "libTEST.so", 1, false, 1},
+      // A name is no path.
+      {Information("../Linux/TEST"), "Contents/Linux/TEST", 1, false, 1},
+      {Information("../libTEST.so"), "Contents/libTEST.so", 1, false, 1},
+      {Information("a/TEST"), "Contents/Linux/a/TEST", 1, false, 1},
+      {Information(".."), "Contents/Linux/TEST", 1, false, 1},
       {named, "Contents/Linux/libTEST.so", 1, false, 1, "/etc/passwd"},
       {Information("TEST", "MissingFunction"), "Contents/Linux/libTEST.so", 1, false},
   };
@@ -78,6 +89,23 @@ TEST(PlugIn, FindsFactoriesAndTheExecutable) {
   }
   EXPECT_FALSE(Create(folder.path() + "/missing"));
   EXPECT_EQ(CFPlugInCreate(kCFAllocatorDefault, nullptr), nullptr);
+}
+
+// The dynamic linker maps an object file as far as it is there, and touches the rest.
+TEST(PlugIn, ExecutablesThatAreCutShortAreNotLoaded) {
+  const TemporaryFolder folder;
+  const std::string code = ReadFile(TEST_PLUGIN);
+  for (std::size_t size = 0; size < code.size(); size += 1 + code.size() / 100) {
+    const std::string path = folder.path() + "/" + std::to_string(size) + "/B.plugin/";
+    WriteFile(path + "Contents/Info.plist", Information("TEST"));
+    WriteFile(path + "Contents/TEST", code.substr(0, size));
+    EXPECT_EQ(CountFactories(Create(path)), 1);
+    testing::internal::CaptureStderr();
+    const bool found = NewInstance() != nullptr;
+    const std::string report = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), found ? 0 : 1) << report;
+    EXPECT_FALSE(found && size < code.size() / 4) << "segments make most of it";
+  }
 }
 
 TEST(PlugIn, OutlivesItsReference) {
