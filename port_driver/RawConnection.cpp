@@ -17,6 +17,8 @@
 namespace ZIOP {
 namespace {
 
+constexpr std::chrono::milliseconds kAcknowledgementPause{5};
+
 int PendingError(int socket) {
   int error = 0;
   socklen_t length = sizeof error;
@@ -174,12 +176,13 @@ void RawConnection::Close() {
   if (::shutdown(socket.get(), SHUT_WR) != 0) {
     throw DriverError::System("shutdown", errno);
   }
-  Drain(socket.get());
+  const Deadline deadline = Deadline::After(uri_.budget());
+  Drain(socket.get(), deadline);
+  AwaitAcknowledgement(socket.get(), deadline);
 }
 
 // Drops what the printer still sends, until it closes its side.
-void RawConnection::Drain(int socket) {
-  const Deadline deadline = Deadline::After(uri_.budget());
+void RawConnection::Drain(int socket, const Deadline& deadline) {
   char dropped[4096];
   while (!deadline.HasPassed() && waiter_.Wait(socket, POLLIN, deadline)) {
     const ssize_t received = ::recv(socket, dropped, sizeof dropped, 0);
@@ -190,9 +193,20 @@ void RawConnection::Drain(int socket) {
       throw DriverError::System("recv", errno);
     }
   }
+}
+
+// A printer may close its side and still take bytes. No event tells when it has the last one.
+void RawConnection::AwaitAcknowledgement(int socket, const Deadline& deadline) {
   int unacknowledged = 0;
-  if (::ioctl(socket, SIOCOUTQ, &unacknowledged) == 0 && unacknowledged > 0) {
-    throw Timeout("the printer did not take every byte", uri_);
+  while (::ioctl(socket, SIOCOUTQ, &unacknowledged) == 0 && unacknowledged > 0) {
+    if (const int error = PendingError(socket); error != 0) {
+      throw DriverError::System("close", error);
+    }
+    if (deadline.HasPassed()) {
+      throw Timeout("the printer did not take every byte", uri_);
+    }
+    std::vector<pollfd> none;
+    waiter_.Wait(none, Deadline::After(kAcknowledgementPause));
   }
 }
 

@@ -35,9 +35,10 @@ class RawConnection {
   std::size_t Read(char* buffer, std::size_t capacity);
 
   // Ends the connection in order: what was written goes out first, and the socket is only closed
-  // when the printer has closed its side, because closing earlier can make the system discard bytes
-  // on their way. A printer that keeps its side open is waited for as long as the port's own time;
-  // it is a failure only if it has not acknowledged every byte. Closed afterwards in any case.
+  // when the printer has closed its side and has acknowledged every byte, because closing earlier
+  // can make the system discard bytes on their way. Both are waited for as long as the port's own
+  // time; a printer that then keeps its side open is no failure, one that has not acknowledged
+  // every byte is. Closed afterwards in any case.
   void Close();
 
   // Ends the connection at once, without sending what is queued, and lets the printer see it.
@@ -50,7 +51,8 @@ class RawConnection {
   void Send(std::string_view bytes);
   bool ReceiveReply(char* buffer, std::size_t capacity, std::size_t& length);
   bool Receive(char* buffer, std::size_t capacity, std::size_t& length);
-  void Drain(int socket);
+  void Drain(int socket, const Deadline& deadline);
+  void AwaitAcknowledgement(int socket, const Deadline& deadline);
 
   const DeviceURI& uri_;
   std::vector<HostAddress> addresses_;

@@ -6,6 +6,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <time.h>
 
 #include <algorithm>
 #include <string>
@@ -44,10 +45,12 @@ class Peer {
     const ssize_t n = ::recvfrom(socket_.get(), buffer, sizeof buffer, 0, address, &peer_.length);
     return {buffer, static_cast<std::size_t>(std::max<ssize_t>(n, 0))};
   }
-  void Send(const std::string& bytes) const { Send(bytes, *this); }
-  void Send(const std::string& bytes, const Peer& from) const {
-    ::sendto(from.socket_.get(), bytes.data(), bytes.size(), 0, peer_.get(), peer_.length);
+  void Send(const std::string& bytes) const { SendTo(peer_, bytes); }
+  void Send(const std::string& bytes, const Peer& from) const { from.SendTo(peer_, bytes); }
+  void SendTo(const HostAddress& receiver, const std::string& bytes) const {
+    ::sendto(socket_.get(), bytes.data(), bytes.size(), 0, receiver.get(), receiver.length);
   }
+  const HostAddress& sender() const { return peer_; }
 
   FileDescriptor Accept() const {
     return FileDescriptor(::accept4(socket_.get(), nullptr, nullptr, SOCK_CLOEXEC));
@@ -57,6 +60,13 @@ class Peer {
   FileDescriptor socket_;
   HostAddress peer_{};
 };
+
+// The calling thread's processor time so far, in milliseconds.
+inline long ProcessorTime() {
+  timespec time{};
+  ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return time.tv_sec * 1000 + time.tv_nsec / 1000000;
+}
 
 // Reads length bytes, or to the end; "(broken)" follows what came before a reset.
 inline std::string ReadAll(const FileDescriptor& connection,

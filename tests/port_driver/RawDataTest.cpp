@@ -5,6 +5,7 @@
 #include <future>
 #include <thread>
 
+#include "port_driver/SnmpMessage.h"
 #include "tests/port_driver/Peer.h"
 #include "tests/port_driver/PluggedPort.h"
 
@@ -46,15 +47,16 @@ TEST(RawDataTest, ReadingEndsInItsTime) {
   const struct {
     const char *what, *options, *start;
     int later;  // bytes, one every 2 ms
-    bool hangs_up;
+    const char* end;
     std::size_t capacity;
     const char* reply;
   } kRows[] = {
-      {"pause", "timeout=400", "abc", 0, false, 5, "abc##"},
-      {"full buffer, more there", kPatient, "abc", 0, false, 2, "ab"},
-      {"end", kPatient, "abc", 3, true, 7, "abc---#"},
-      {"hung up", kPatient, "", 0, true, 1, "code -8"},
-      {"for ever", "timeout=400&retries=0", "abc", 400, false, 1 << 20, "code -4"},
+      {"pause", "timeout=400", "abc", 0, "", 5, "abc##"},
+      {"full buffer, more there", kPatient, "abc", 0, "", 2, "ab"},
+      {"end", kPatient, "abc", 3, "close", 7, "abc---#"},
+      {"hung up", kPatient, "", 0, "close", 1, "code -8"},
+      {"reset", kPatient, "abc", 0, "reset", 7, "code -3"},
+      {"for ever", "timeout=400&retries=0", "abc", 400, "", 1 << 20, "code -4"},
   };
   const Peer peer(SOCK_STREAM);
   for (const auto& row : kRows) {
@@ -68,7 +70,11 @@ TEST(RawDataTest, ReadingEndsInItsTime) {
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
       Send(connection, "-");
     }
-    if (row.hangs_up) {
+    if (row.end == std::string("reset")) {
+      const linger reset{1, 0};
+      ::setsockopt(connection.get(), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
+    }
+    if (row.end != std::string()) {
       connection = FileDescriptor();
     }
     EXPECT_EQ(reply.get(), row.reply) << row.what;
@@ -103,6 +109,22 @@ TEST(RawDataTest, APrinterThatTakesNothingIsGivenUp) {
       << "the printer must not take the next command for the rest";
 }
 
+TEST(RawDataTest, ClosingWaitsForAPrinterThatHasHungUpToTakeTheRest) {
+  const std::string data(256 << 10, 'd');  // which the socket buffers hold
+  const Peer peer(SOCK_STREAM);
+  for (const bool takes : {true, false}) {
+    PluggedPort port(Uri(peer.port(), takes ? kPatient : "timeout=500&retries=0"));
+    EXPECT_EQ(port.Write(data), 0);
+    const FileDescriptor connection = peer.Accept();
+    ::shutdown(connection.get(), SHUT_WR);
+    const auto rest = std::async(takes ? std::launch::async : std::launch::deferred,
+                                 [&] { EXPECT_EQ(ReadAll(connection).size(), data.size()); });
+    const long before = ProcessorTime();
+    EXPECT_EQ(port.Call(&Table::close), takes ? 0 : -4);
+    EXPECT_LT(ProcessorTime() - before, 250) << "milliseconds of processor time";
+  }
+}
+
 TEST(RawDataTest, CancelEndsReadingAndWriting) {
   const Peer peer(SOCK_STREAM);
   for (const std::string& command : {std::string("x"), BigData()}) {
@@ -125,9 +147,11 @@ TEST(RawDataTest, FailuresLeaveNoDescriptorBehind) {
   const uint16_t refusing = Peer(SOCK_STREAM).port();
   const auto before = count();
   for (int i = 0; i < 3; ++i) {
-    PluggedPort refused(Uri(refusing, kBrief)), unroutable;
+    PluggedPort refused(Uri(refusing, kBrief + ("&snmp=" + std::to_string(refusing))));
+    PluggedPort unroutable;
     EXPECT_EQ(refused.Write("x"), -3);
     EXPECT_EQ(refused.error, "connect: Connection refused (error 111)");
+    EXPECT_EQ(refused.Exchange(MakeStatusRequest(7)), "code -4");
     EXPECT_EQ(unroutable.Initialise(fake_plugin::MakeData("socket://[fe80::1]")), 0);
     EXPECT_EQ(unroutable.Call(&Table::open), -3) << "a link-local address without its zone";
   }
