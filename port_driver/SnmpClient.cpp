@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "port_driver/DriverError.h"
 
@@ -15,8 +16,8 @@ namespace {
 // Datagrams taken off a socket before the deadline is looked at again.
 constexpr int kBurst = 64;
 
-// Whether a later try may succeed although this call failed: the network reports in this way what
-// became of an earlier datagram, or that it has no room or no route for now.
+// Whether a later try may succeed although sending failed: the network has no room or no route for
+// now, or the printer has just refused.
 bool IsPassing(int error) {
   switch (error) {
     case ECONNREFUSED:
@@ -48,18 +49,29 @@ FileDescriptor ConnectDatagramSocket(const HostAddress& address) {
 }  // namespace
 
 SnmpClient::SnmpClient(const DeviceURI& uri, std::vector<HostAddress> addresses, Waiter& waiter)
-    : uri_(uri), waiter_(waiter), buffer_(kMaximumDatagram) {
-  for (HostAddress& address : addresses) {
+    : uri_(uri), waiter_(waiter), addresses_(std::move(addresses)), buffer_(kMaximumDatagram) {
+  for (HostAddress& address : addresses_) {
     address.SetPort(uri.snmpPort);
+  }
+  Connect();
+}
+
+// The sockets before go only now, so that the new ones have other ports.
+void SnmpClient::Connect() {
+  std::vector<Socket> fresh;
+  for (const HostAddress& address : addresses_) {
     try {
-      sockets_.push_back({ConnectDatagramSocket(address)});
+      fresh.push_back({ConnectDatagramSocket(address)});
     } catch (const DriverError&) {
       // One family of addresses may have no route while the other has.
-      if (sockets_.empty() && &address == &addresses.back()) {
+      if (fresh.empty() && &address == &addresses_.back()) {
         throw;
       }
     }
   }
+  sockets_ = std::move(fresh);
+  active_ %= sockets_.size();
+  ForgetQueuedDatagrams();
 }
 
 std::string_view SnmpClient::Exchange(std::string_view request) {
@@ -67,7 +79,7 @@ std::string_view SnmpClient::Exchange(std::string_view request) {
   if (!asked) {
     throw DriverError(DriverCode::kParameter, "the request is not an SNMP message");
   }
-  ForgetQueuedDatagrams();
+  Connect();
   for (int attempt = 0; attempt <= uri_.retries; ++attempt) {
     if (Try(request, *asked)) {
       return answer_;
@@ -77,8 +89,7 @@ std::string_view SnmpClient::Exchange(std::string_view request) {
   throw DriverError(DriverCode::kTimeout, Failure());
 }
 
-// Repeated answers to the exchange before would pass for the answer to this one when both ask the
-// same.
+// A socket takes datagrams from anybody between getting its port and being connected.
 void SnmpClient::ForgetQueuedDatagrams() {
   for (const Socket& socket : sockets_) {
     for (int i = 0; i < kBurst; ++i) {
@@ -112,16 +123,16 @@ bool SnmpClient::Try(std::string_view request, const SnmpMessage& asked) {
 
 void SnmpClient::Send(std::string_view request) {
   Socket& socket = sockets_[active_];
-  // The error of an earlier datagram is reported once, and in place of sending.
+  // What became of an earlier datagram is reported once, and in place of sending.
   for (int i = 0; i < 2; ++i) {
     if (::send(socket.descriptor.get(), request.data(), request.size(), MSG_NOSIGNAL) >= 0) {
       socket.lastError = 0;
       return;
     }
     socket.lastError = errno;
-    if (!IsPassing(errno)) {
-      throw DriverError::System("send", errno);
-    }
+  }
+  if (!IsPassing(socket.lastError)) {
+    throw DriverError::System("send", socket.lastError);
   }
 }
 
@@ -142,10 +153,7 @@ bool SnmpClient::Receive(Socket& socket, const SnmpMessage& asked) {
       return false;
     }
     if (length < 0) {
-      socket.lastError = errno;
-      if (!IsPassing(errno)) {
-        throw DriverError::System("recv", errno);
-      }
+      socket.lastError = errno;  // what became of an earlier datagram
       continue;
     }
     answer_ = std::string_view(buffer_.data(), static_cast<std::size_t>(length));

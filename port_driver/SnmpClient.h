@@ -16,16 +16,18 @@ namespace ZIOP {
 
 class SnmpClient {
  public:
-  // Makes a connected socket for every address of the host that can be reached, so that only what
-  // the host itself sends is ever seen. uri and waiter must outlive the client. Does not block.
-  // Throws DriverError if there is none.
+  // Throws DriverError if no address of the host can be reached. Sends nothing and does not block.
+  // uri and waiter must outlive the client.
   SnmpClient(const DeviceURI& uri, std::vector<HostAddress> addresses, Waiter& waiter);
 
   // Sends request, one whole SNMP message, and waits for the answer to it; sends again whenever the
-  // time of one try is over, and throws DriverError (kTimeout) after the last. Datagrams that do
-  // not answer the request are passed over. A printer that refuses is asked again like one that is
-  // silent: it may be starting. Of several addresses the next is tried when one stays silent or
-  // refuses. The answer lies in the client's buffer, valid until the next exchange.
+  // time of one try is over, and throws DriverError (kTimeout) after the last. Every exchange has
+  // sockets of its own, each connected to one address, so that only what the host itself sends is
+  // ever seen, and nothing that answers an earlier exchange: requests may ask the same with the
+  // same request-id. Datagrams that do not answer the request are passed over. A printer that
+  // refuses is asked again like one that is silent: it may be starting. Of several addresses the
+  // next is tried when one stays silent or refuses. The answer lies in the client's buffer, valid
+  // until the next exchange.
   std::string_view Exchange(std::string_view request);
 
  private:
@@ -34,6 +36,7 @@ class SnmpClient {
     int lastError = 0;  // of the last send or receive: 0 or errno
   };
 
+  void Connect();
   void ForgetQueuedDatagrams();
   bool Try(std::string_view request, const SnmpMessage& asked);
   void Send(std::string_view request);
@@ -44,6 +47,7 @@ class SnmpClient {
 
   const DeviceURI& uri_;
   Waiter& waiter_;
+  std::vector<HostAddress> addresses_;
   std::vector<Socket> sockets_;
   std::size_t active_ = 0;  // the one that requests are sent on
   std::vector<char> buffer_;
