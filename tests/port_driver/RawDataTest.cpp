@@ -125,6 +125,18 @@ TEST(RawDataTest, ClosingWaitsForAPrinterThatHasHungUpToTakeTheRest) {
   }
 }
 
+TEST(RawDataTest, ClosingIsNotHeldUpByAPrinterThatTalksOn) {
+  const Peer peer(SOCK_STREAM);
+  PluggedPort port(Uri(peer.port(), "timeout=100&retries=0"));
+  EXPECT_EQ(port.Write("x"), 0);
+  const auto printer = std::async(std::launch::async, [connection = peer.Accept()] {
+    const std::string talk(1 << 20, 't');
+    while (::send(connection.get(), talk.data(), talk.size(), MSG_NOSIGNAL) > 0) {
+    }
+  });
+  EXPECT_EQ(port.Call(&Table::close), 0);
+}
+
 TEST(RawDataTest, CancelEndsReadingAndWriting) {
   const Peer peer(SOCK_STREAM);
   for (const std::string& command : {std::string("x"), BigData()}) {
