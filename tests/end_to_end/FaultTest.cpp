@@ -3,10 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
 #include "tests/end_to_end/Rig.h"
+#include "tests/port_driver/Peer.h"
 
 namespace {
 
@@ -99,6 +101,60 @@ TEST(Fault, RecordsAreNeverTakenForReadOrWrittenWhenTheyAreNot) {
     EXPECT_THAT(c.answers,
                 testing::Contains(Ask(c.fault, "timeout=100&retries=20", c.command, c.parameter)))
         << c.fault;
+  }
+}
+
+// The bounds of docs/protocol.md, for an own time of 100 ms.
+TEST(Fault, NoRequestTakesLongerThanItsBound) {
+  using std::chrono::milliseconds;
+  const ZIOP::Peer agent(SOCK_DGRAM), data(SOCK_STREAM);  // take everything and answer nothing
+  const int agentPort = agent.port(), dataPort = data.port();
+  const int nobody = ZIOP::Peer(SOCK_STREAM).port();
+  const auto uri = [](const std::string& host, int raw, int snmp) {
+    return "socket://" + host + ":" + std::to_string(raw) +
+           "?timeout=50&retries=1&snmp=" + std::to_string(snmp);
+  };
+  const char* device = "QM-V5 Series";
+  const char* withBlocks = "QM-R310 Series";
+  const WorkerFolder folder({{"silent", device, uri("localhost", dataPort, agentPort)},
+                             {"off", device, uri("127.0.0.1", nobody, nobody)},
+                             {"dataOnly", device, uri("127.0.0.1", dataPort, nobody)},
+                             {"unknown", device, uri(std::string(64, 'n'), 1, 1)}});
+  const Process worker = folder.Start();
+  const std::string record = R"({"CustomMediaNo":1,"CommandVersion":0})";
+  const std::string block =
+      R"({"CommandVersion":128,"SettingAll":")" + std::string(448, '7') + "\"}";
+  const std::string slot = R"({"InitializeCustomMedia":1})";
+  const struct {
+    const char *printer, *device, *command;
+    std::string parameter;
+    int code, least;  // milliseconds
+  } kCases[] = {
+      {"silent", device, "GetStatusReply", "[]", -6, 100},
+      {"silent", device, "GetCustomMediaName", R"({"CustomMediaNo":1})", -6, 100},
+      {"silent", device, "GetCustomMediaInfo", record, -6, 100},
+      {"silent", device, "GetFWVersion", "", -6, 100},
+      {"silent", device, "SetCustomMediaInfo", record, -1, 100},
+      {"silent", device, "SetMediaInitialize", slot, -1, 100},
+      // Closing waits for the printer to close its side, and the first reading fails.
+      {"silent", withBlocks, "SetCustomMediaInfo", block, -6, 100 + 30 + 100},
+      {"dataOnly", withBlocks, "SetCustomMediaInfo", block, -6, 100 + 30 + 100},
+      // Off, or just starting: SNMP requests are sent again, data is not.
+      {"off", device, "GetStatusReply", "[]", -6, 100},
+      {"off", device, "GetCustomMediaInfo", record, -6, 100},
+      {"off", device, "SetCustomMediaInfo", record, -1, 100},
+      {"off", withBlocks, "SetCustomMediaInfo", block, -1, 0},
+      {"unknown", device, "GetStatusReply", "[]", -4, 0},
+      {"unknown", device, "SetMediaInitialize", slot, -4, 0},
+  };
+  EXPECT_THAT(Ask(worker, kList), testing::StartsWith(R"({"GetPrinterList":0,)"));
+  for (const auto& c : kCases) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(Ask(worker, Request(c.command, c.printer, c.device, c.parameter)),
+              "{\"" + std::string(c.command) + "\":" + std::to_string(c.code) + "}");
+    const auto time = std::chrono::steady_clock::now() - start;
+    EXPECT_TRUE(time >= milliseconds(c.least) && time < milliseconds(4000))
+        << c.printer << ' ' << c.command << ' ' << time.count() / 1000000 << " ms";
   }
 }
 
