@@ -6,6 +6,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <memory>
@@ -47,6 +48,10 @@ Resolution Resolve(const std::string& host, int flags) {
   return result;
 }
 
+// A resolver that hangs must not use up the threads and descriptors of the process.
+constexpr int kMaximumPending = 16;
+std::atomic<int> pendingCount{0};
+
 // Shared by the thread that asks and the one that waits, whichever lives longer.
 class PendingResolution {
  public:
@@ -54,7 +59,14 @@ class PendingResolution {
     if (!done_) {
       throw DriverError::System("eventfd", errno);
     }
+    if (pendingCount.fetch_add(1) >= kMaximumPending) {
+      pendingCount.fetch_sub(1);
+      throw DriverError(DriverCode::kSystem, "too many names are being resolved");
+    }
   }
+  ~PendingResolution() { pendingCount.fetch_sub(1); }
+  PendingResolution(const PendingResolution&) = delete;
+  PendingResolution& operator=(const PendingResolution&) = delete;
 
   int done() const { return done_.get(); }
 

@@ -28,7 +28,8 @@ struct HostAddress {
 // Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no bound
 // that a caller could rely on, so it works in a thread of its own, which is left to itself when the
 // deadline passes or the wait is cancelled: it shares nothing with its caller any more, and its
-// code stays loaded until the process ends. Throws DriverError.
+// code stays loaded until the process ends. With 16 of these under way no name is taken. Throws
+// DriverError.
 std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& deadline,
                                      Waiter& waiter);
 

@@ -4,6 +4,7 @@
 
 #include <future>
 #include <mutex>
+#include <thread>
 
 #include "port_driver/DriverError.h"
 #include "port_driver/SnmpMessage.h"
@@ -93,6 +94,23 @@ TEST(NameTest, ResolvingIsBounded) {
   EXPECT_THROW(ResolveHost(std::string(64, 'n'), late, waiter), DriverError);
   waiter.Cancel();
   EXPECT_THROW(ResolveHost(kUnanswered, late, waiter), DriverError);
+}
+
+TEST(NameTest, AHangingResolverDoesNotUseUpTheProcess) {
+  PluggedPort hanging, other;
+  hanging.Initialise(fake_plugin::MakeData(Uri(1, "timeout=1&retries=0", kUnanswered)));
+  other.Initialise(fake_plugin::MakeData(Uri(1, "timeout=1000", "localhost")));
+  {
+    const std::lock_guard<std::mutex> busy(resolver);
+    for (int i = 0; i < 20; ++i) {
+      EXPECT_LT(hanging.Call(&ZIOPortTable::open), 0);
+    }
+    EXPECT_EQ(hanging.error, "too many names are being resolved");
+  }
+  while (other.Call(&ZIOPortTable::open) == -3) {
+    std::this_thread::yield();
+  }
+  EXPECT_EQ(other.Call(&ZIOPortTable::close), 0) << "open again once the resolver answers";
 }
 
 }  // namespace
