@@ -142,6 +142,19 @@ TEST_F(Preferences, KeepsValuesThatCannotBeWritten) {
   }
 }
 
+TEST_F(Preferences, LeavesAListAloneThatIsTooLong) {
+  WriteFile(file_, "<dict><key>lost</key><true/></dict>");
+  std::filesystem::resize_file(file_, 100'000'000);
+  EXPECT_TRUE(Has("lost", ""));
+  Set("key", Parse("<true/>"));
+  EXPECT_FALSE(Synchronise());
+  EXPECT_TRUE(Has("key", "<true/>"));
+  EXPECT_EQ(std::filesystem::file_size(file_), 100'000'000U);
+  std::filesystem::resize_file(file_, 35);
+  EXPECT_TRUE(Synchronise());
+  EXPECT_TRUE(FileHolds("<dict><key>key</key><true/><key>lost</key><true/></dict>"));
+}
+
 TEST_F(Preferences, CopiesListsAlone) {
   const CFRef<CFMutableArrayRef> array(CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks));
   Set("key", array);

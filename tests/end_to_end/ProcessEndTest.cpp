@@ -48,6 +48,20 @@ TEST(Answer, RequestsThatNeedNoPrinter) {
   EXPECT_EQ(folder.Run(input).output, expected);
 }
 
+// Names come from lists and printers. A host escapes every control byte, the answer only some.
+TEST(Answer, ANameOfAnyCharactersOpensItsPrinter) {
+  const std::string device = "QM-R410 Series";
+  const VirtualPrinter printer(device);
+  const std::string end = "[2J\x7F\xF0\x9F\x96\xA8 '&>]]>";
+  const WorkerFolder folder({{"\"\\/\n\r\t\x01\x1B" + end, device, printer.Uri()}});
+  const std::string name = R"(\"\\\/\n\r\t\u0001\u001B)" + end;
+  EXPECT_EQ(folder.Run(Line(kList) + Line(Request("GetStatusReply", name, device, "[]"))).output,
+            R"({"GetPrinterList":0,"Reply":{"DeviceName":")" + device + R"(","PrinterName":")" +
+                R"(\"\\\/\n\r\t)"
+                "\x01\x1B" +
+                end + R"("}}{"GetStatusReply":0})");
+}
+
 TEST(Answer, TheLastCodeIsTheExitStatus) {
   const WorkerFolder folder({});
   const std::string unlisted = Line(Request("GetStatusReply", "p", "d", "[]"));

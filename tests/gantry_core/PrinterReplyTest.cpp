@@ -50,6 +50,10 @@ TEST(ReplyField, IsDecodedByFormAndType) {
       {"AZ", "T", {0, 2, FORM_BINARY, VALUE_HEX}, R"({"T":"415A"})"},
       // Texts lose their trailing blanks, but not where they are taken as they stand.
       {"4142432020", "T", {0, 10, FORM_TEXT, VALUE_TEXT}, R"({"T":"ABC"})"},
+      {"220A5C01FFC32F20",
+       "T",
+       {0, 16, FORM_TEXT, VALUE_TEXT},
+       "{\"T\":\"\\\"\\n\\\\\x01\xFF\xC3\\/\"}"},
       {" AB \t", "T", {0, 5, FORM_BINARY, VALUE_TEXT}, R"({"T":" AB"})"},
       {"AB ", "T", {0, 3, FORM_TEXT, VALUE_HEX}, R"({"T":"AB "})"},
       // Fields beyond the body are left out.

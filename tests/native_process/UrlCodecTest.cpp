@@ -36,6 +36,10 @@ TEST(UrlDecoder, DecodesAsItsHostsEncode) {
   };
   for (const auto& [line, text] : kCases) EXPECT_EQ(URLDecoder::decode(line), text) << line;
   EXPECT_EQ(URLDecoder::decode(nullptr), "");
+  // Each escape is read in the same time, however much of the line is still to come.
+  std::string line;
+  for (int i = 0; i < 3000000; ++i) line += "%41";
+  EXPECT_TRUE(URLDecoder::decode(line) == std::string(3000000, 'A'));
 }
 
 TEST(UrlDecoder, UndoesTheEncoderForEveryByte) {

@@ -26,15 +26,15 @@ TEST(SnmpExchangeTest, TakesAnswersOfEverySizeAndNothingElse) {
   Peer peer(SOCK_DGRAM);
   const Peer stranger(SOCK_DGRAM), neighbour(SOCK_DGRAM, peer.port(), "127.0.0.2");
   PluggedPort port(SnmpUri(peer.port()));
-  for (const std::size_t size : {200U, 512U, 513U, 65506U}) {
+  for (const std::size_t size : {200U, 511U, 512U, 513U, 65507U}) {
     auto taken = Exchange(port);
     EXPECT_EQ(peer.Receive(), kRequest);
     peer.Send(SnmpAnswer(kRequest, 300), stranger);
     peer.Send(SnmpAnswer(kRequest, 300), neighbour);
     const std::string answer = SnmpAnswer(kRequest, size);
     // Together they fit the socket's buffer.
-    for (const auto& datagram :
-         {std::string(), kRequest, std::string(3000, '\x30'), answer + "x", answer}) {
+    for (const auto& datagram : {std::string(), std::string("0"), kRequest, std::string(3000, '0'),
+                                 answer + "x", answer}) {
       peer.Send(datagram);
     }
     EXPECT_TRUE(taken.get() == answer) << size;

@@ -211,6 +211,7 @@ TEST_F(TransportTest, StoresTheStatusBehindTheFirstLineEnd) {
   } cases[] = {{"@BDC ST2\r\n" + reply, true, 4, 10},
                {"\r\n" + reply + "\r\n\x05\x00"s, true, 4, 10},
                {"\rX\n\r\n" + reply, true, 4, 10},
+               {"\x01\x1B[2J\n\x7F\xFF\r\r\n" + reply, true, 4, 10},
                {"@BDC ST2" + reply, false},
                {"@\0\r\n"s + reply, false},
                {"\r\n" + reply, false, -1, 0, "status"},
