@@ -86,6 +86,7 @@ void RunSearchModule(const std::string& path, const std::vector<std::string>& ad
     return;
   }
   std::vector<ZIOPText> texts;
+  texts.reserve(addresses.size());
   for (const std::string& address : addresses) {
     texts.push_back(TextOf(address));
   }
