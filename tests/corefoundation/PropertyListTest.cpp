@@ -82,6 +82,9 @@ TEST(PropertyList, TakesWholeListsAlone) {
   for (std::size_t length = 0; length < kXML.find("</plist>") + 8; ++length) {
     EXPECT_FALSE(Parse(kXML.substr(0, length))) << length;
   }
+  for (std::size_t length = 0; length < kBinary.size(); ++length) {
+    EXPECT_FALSE(Parse(kBinary.substr(0, length))) << length;
+  }
 }
 
 TEST(PropertyList, ReadsEveryKindFromBothForms) {
