@@ -15,6 +15,7 @@ namespace {
 [[noreturn]] void Execute(std::vector<std::string>& command, int socket,
                           const std::string& errorFile) {
   alarm(120);
+  for (const int ends : {SIGHUP, SIGINT, SIGTERM, SIGPIPE}) signal(ends, SIG_DFL);
   std::vector<char*> arguments;
   arguments.reserve(command.size() + 1);
   for (std::string& argument : command) arguments.push_back(argument.data());
@@ -66,6 +67,14 @@ std::string Process::ReadUntil(const std::string& end) const {
 std::string Process::ReadAll() const {
   shutdown(socket_, SHUT_WR);
   return ReadUntil("");
+}
+
+void Process::CloseOutput() const {
+  shutdown(socket_, SHUT_RD);
+}
+
+void Process::Signal(int signal) const {
+  kill(pid_, signal);
 }
 
 int Process::Wait(int signal) {

@@ -7,7 +7,8 @@
 #include <string>
 #include <vector>
 
-// An alarm ends the process two minutes after its start, which bounds every wait on it.
+// An alarm ends the process two minutes after its start, which bounds every wait on it. Whatever
+// signals the test ignores, the process does not.
 class Process {
  public:
   // Starts the program, which is looked for on the path; standard error is appended to a file.
@@ -28,6 +29,11 @@ class Process {
 
   // Closes standard input and reads standard output to its end.
   std::string ReadAll() const;
+
+  // No longer takes what the process writes to standard output.
+  void CloseOutput() const;
+
+  void Signal(int signal) const;
 
   // Sends a signal, 0 for none, and waits for the end; returns the status as waitpid gives it.
   int Wait(int signal = 0);

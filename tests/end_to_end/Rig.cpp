@@ -80,9 +80,13 @@ void WorkerFolder::List(const std::vector<ListedPrinter>& printers) const {
   list << "</array></dict></plist>";
 }
 
-Process WorkerFolder::Start() const {
+Process WorkerFolder::Start(const std::string& shell) const {
   const std::string defaults = "XDG_CONFIG_HOME=" + (path_ / "config").string();
-  return {{"env", defaults, path_ / "PrinterNativeProcess"}, path_ / "errors"};
+  return {{"env", defaults, "sh", "-c", shell, path_ / "PrinterNativeProcess"}, path_ / "errors"};
+}
+
+std::string WorkerFolder::Errors() const {
+  return ReadFile(path_ / "errors");
 }
 
 Outcome WorkerFolder::Run(const std::string& input) const {
@@ -91,7 +95,7 @@ Outcome WorkerFolder::Run(const std::string& input) const {
   process.Write(input);
   const std::string output = process.ReadAll();
   const int status = process.Wait();
-  return {output, ReadFile(path_ / "errors"), status};
+  return {output, Errors(), status};
 }
 
 std::string Line(const std::string& json) {

@@ -52,10 +52,14 @@ class WorkerFolder {
   // Replaces the list; what a search has stored stays until the next one.
   void List(const std::vector<ListedPrinter>& printers) const;
 
-  Process Start() const;
+  // Starts the worker with a shell's command, whose $0 is the worker.
+  Process Start(const std::string& shell = "exec \"$0\"") const;
 
   // Runs the worker over input.
   Outcome Run(const std::string& input) const;
+
+  // What the worker has written to standard error since the last Run began.
+  std::string Errors() const;
 
   const std::filesystem::path& path() const { return path_; }
 
