@@ -4,6 +4,8 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <pthread.h>
+#include <signal.h>
 #include <sys/eventfd.h>
 
 #include <atomic>
@@ -90,6 +92,9 @@ class PendingResolution {
 };
 
 void ResolveInto(PendingResolution& pending, const std::string& host) noexcept {
+  sigset_t all;  // signals are for the program that has loaded the driver
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, nullptr);
   Resolution result;
   try {
     result = Resolve(host, 0);

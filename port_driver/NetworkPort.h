@@ -30,7 +30,7 @@ class NetworkPort {
   // Ends the raw connection in order. The port is closed afterwards also when this throws.
   void Close();
 
-  // Ends the wait in progress with kCancelled; without one it does nothing. Any thread.
+  // Ends the wait in progress with kCancelled; without one it does nothing. See Waiter.
   void Cancel() { waiter_.Cancel(); }
 
   // See SnmpClient::Exchange. The answer stays valid until the next operation.

@@ -60,7 +60,8 @@ int Slot(ZIOPortInterface* interface, Arguments... arguments) noexcept {
                [&](DriverCode code, const char* message) { self.Report(code, message); });
 }
 
-// Tells the error callback nothing: it may come from there, or from another thread.
+// Tells the error callback nothing: it may come from there, from another thread or from a signal
+// handler. On an initialised interface it does not throw.
 int Cancel(ZIOPortInterface* interface) noexcept {
   return Guard([&] { Self(interface).Cancel(); }, [](DriverCode, const char*) {});
 }

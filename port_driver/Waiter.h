@@ -20,7 +20,7 @@ class Waiter {
   void Start();
 
   // Ends the wait in progress, and every later one until Start. May be called from any thread, in
-  // an error callback too; does not block.
+  // an error callback and in a signal handler too; does not block.
   void Cancel();
 
   // Waits until one of the set has an event, which its revents say, and returns true, or until the

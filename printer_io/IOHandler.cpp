@@ -14,17 +14,19 @@ IOHandler::IOHandler(const __CFData* port_information, ZIOErrorCallback error_ca
   const ZIOOpenParameter parameter = {port_information, nullptr, nullptr,
                                       error_callback,   context, path_text.c_str()};
   initialised_ = port_->table->initialise(port_, ZIO_INTERFACE_VERSION, &parameter) == 0;
+  if (initialised_) use_.SetCancellable(port_);
 }
 
 IOHandler::~IOHandler() {
   if (port_ == nullptr) return;
   if (initialised_ && opened_) port_->table->close(port_);
+  use_.SetCancellable(nullptr);
   if (initialised_) port_->table->terminate(port_);
   port_->table->release(port_);
 }
 
 int IOHandler::Open() {
-  if (!initialised_) return -1;
+  if (!initialised_ || Ravik::Termination::IsPending()) return -1;
   const int result = port_->table->open(port_);
   if (result == 0) opened_ = true;
   return result;
@@ -41,33 +43,33 @@ int IOHandler::Cancel() {
 }
 
 int IOHandler::Write(char* bytes, long* length) {
-  return opened_ ? port_->table->write(port_, bytes, length) : -1;
+  return MayOperate() ? port_->table->write(port_, bytes, length) : -1;
 }
 
 int IOHandler::Flush(unsigned char flag) {
-  return opened_ ? port_->table->flush(port_, flag) : -1;
+  return MayOperate() ? port_->table->flush(port_, flag) : -1;
 }
 
 int IOHandler::Tab() {
-  return opened_ ? port_->table->tab(port_) : -1;
+  return MayOperate() ? port_->table->tab(port_) : -1;
 }
 
 int IOHandler::Read(char* buffer, long* length) {
-  return opened_ ? port_->table->read(port_, buffer, length) : -1;
+  return MayOperate() ? port_->table->read(port_, buffer, length) : -1;
 }
 
 int IOHandler::Status(char* buffer) {
-  return opened_ ? port_->table->status(port_, buffer) : -1;
+  return MayOperate() ? port_->table->status(port_, buffer) : -1;
 }
 
 int IOHandler::GetInfo(ZIOXInfo* info) {
-  return opened_ ? port_->table->getInfo(port_, info) : -1;
+  return MayOperate() ? port_->table->getInfo(port_, info) : -1;
 }
 
 int IOHandler::IOCTL(long selector, void* block) {
-  return opened_ ? port_->table->ioctl(port_, selector, block) : -1;
+  return MayOperate() ? port_->table->ioctl(port_, selector, block) : -1;
 }
 
 int IOHandler::Control(ControlElement* block) {
-  return opened_ ? port_->table->control(port_, block) : -1;
+  return MayOperate() ? port_->table->control(port_, block) : -1;
 }

@@ -5,12 +5,14 @@
 #include <memory>
 
 #include "printer_io/CPluginLoader.h"
+#include "printer_io/Termination.h"
 #include "printer_io/ZIOPlugin.h"
 
 // Keeps the plug-in's calls in their legal order. Every operation returns the plug-in's code
 // unchanged, or -1 without calling it when the handler is not initialised (Open, Cancel) or not
 // open (all others); what an operation does and how long it may block is said at its slot of
-// ZIOPortTable.
+// ZIOPortTable. Once a signal is to end the process, nothing but Close and Cancel calls the
+// plug-in.
 class IOHandler {
  public:
   // Loads the plug-in at path and initialises its port interface with the port information, which
@@ -19,7 +21,8 @@ class IOHandler {
   IOHandler(const __CFData* port_information, ZIOErrorCallback error_callback, void* context,
             const __CFString* path);
 
-  // Closes, terminates and releases the interface, as far as it came, then the plug-in.
+  // Closes, terminates and releases the interface, as far as it came, then the plug-in. Ends the
+  // process if a signal is to do so.
   virtual ~IOHandler();
 
   IOHandler(const IOHandler&) = delete;
@@ -38,6 +41,9 @@ class IOHandler {
   virtual int Control(ControlElement* block);
 
  private:
+  bool MayOperate() const { return opened_ && !Ravik::Termination::IsPending(); }
+
+  Ravik::Termination::PortUse use_;  // in front of the plug-in, so that it ends after it
   std::unique_ptr<CPluginLoader> loader_;
   ZIOPortInterface* port_ = nullptr;
   bool initialised_ = false;

@@ -7,9 +7,10 @@
 // its first argument.
 //
 // Plain C: the header compiles as C11 and as C++17, and no exception crosses a slot. All calls on
-// one interface but cancel come from one thread, one at a time. Results are 0 or a negative code of
-// the plug-in's own, neither -1 nor -50, unless a slot says otherwise. Every slot but the reserved
-// ones must be filled.
+// one interface but cancel come from one thread, one at a time. A thread that the plug-in starts
+// blocks all signals, which are the worker's. Results are 0 or a negative code of the plug-in's
+// own, neither -1 nor -50, unless a slot says otherwise. Every slot but the reserved ones must be
+// filled.
 #ifndef PRINTER_IO_ZIOPLUGIN_H_
 #define PRINTER_IO_ZIOPLUGIN_H_
 
@@ -121,7 +122,9 @@ typedef struct ZIOPortTable {
   // Slot 7. Ends the wait in progress, and the operation that waits, with a failure. Without one it
   // does nothing and leaves no trace: an operation that begins later is not ended. Legal when
   // initialised, also when not open. The one slot that may be called from the error callback and,
-  // until terminate, from other threads. Does not block and never calls the error callback.
+  // until terminate, from other threads and from a signal handler, which may have interrupted any
+  // other slot: it neither allocates nor locks nor throws, and calls async-signal-safe functions
+  // (POSIX.1) alone. Does not block and never calls the error callback.
   int (*cancel)(ZIOPortInterface* self);
 
   // Slot 8. Takes *length bytes for the printer. Legal when open. On success *length holds the

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+#include <chrono>
 #include <csignal>
 #include <string>
 
@@ -11,6 +12,7 @@
 
 namespace {
 
+using std::string_literals::operator""s;  // NOLINT(misc-unused-using-decls)
 using testing::ContainsRegex;
 using ZIOP::Peer;
 
@@ -27,6 +29,55 @@ struct SilentPrinter {
                         "socket://127.0.0.1:" + std::to_string(raw.port()) +
                             "?snmp=" + std::to_string(snmp.port()) + "&timeout=60000&retries=0"}}};
 };
+
+// Ends the worker by the signal, which must not take as long as the printer may.
+void ExpectEnd(Process& worker, int signal) {
+  const auto start = std::chrono::steady_clock::now();
+  const int status = worker.Wait(signal);
+  EXPECT_TRUE(WIFSIGNALED(status)) << status;
+  EXPECT_EQ(WTERMSIG(status), signal);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+TEST(Signal, EndsTheWorkerWhileItWaits) {
+  SilentPrinter printer;
+  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    Process idle = printer.folder.Start();
+    Ask(idle, kList);
+    ExpectEnd(idle, signal);
+    Process asking = printer.folder.Start();
+    asking.Write(kAskStatus);
+    EXPECT_NE(printer.snmp.Receive(), "");
+    ExpectEnd(asking, signal);
+    EXPECT_EQ(asking.ReadAll(), "");
+  }
+}
+
+TEST(Signal, LeavesAWriteWholeOnTheRawConnection) {
+  const SilentPrinter printer;
+  Process worker = printer.folder.Start();
+  worker.Write(Line(Request("SetCustomMediaInfo", "p", kDevice,
+                            R"({"CustomMediaNo":1,"CommandVersion":128,"SettingAll":")" +
+                                std::string(448, '7') + "\"}")));
+  const ZIOP::FileDescriptor connection = printer.raw.Accept();
+  EXPECT_NE(ZIOP::ReadAll(connection), "");
+  ExpectEnd(worker, SIGTERM);  // which waits for the printer's end of the connection
+  int error = 0;
+  socklen_t length = sizeof error;
+  EXPECT_EQ(getsockopt(connection.get(), SOL_SOCKET, SO_ERROR, &error, &length), 0);
+  EXPECT_EQ(error, 0) << "a reset, which makes a printer drop what it has not worked off";
+}
+
+TEST(Signal, StaysIgnored) {
+  SilentPrinter printer;
+  Process worker = printer.folder.Start("trap '' HUP; exec \"$0\"");
+  worker.Write(kAskStatus);
+  const std::string request = printer.snmp.Receive();
+  worker.Signal(SIGHUP);
+  printer.snmp.Send(ZIOP::SnmpAnswer(request, ZIOP::Element(0x04, "\r\n\3\0\1\1\4"s)));
+  EXPECT_EQ(worker.ReadUntil("}}"), R"({"GetStatusReply":0,"Reply":{"StatusCode":4}})");
+  ExpectEnd(worker, SIGTERM);
+}
 
 TEST(Stream, InputMayEndBeforeTheLastAnswerAndItsLine) {
   VirtualPrinter printer(kDevice, {"--fault", "delay=300"});

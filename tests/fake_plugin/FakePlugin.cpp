@@ -51,6 +51,7 @@ std::string Hex(const std::string& bytes) {
 // Logs the call and answers its scripted result.
 int Called(const std::string& name, const std::string& arguments = {}) {
   calls.push_back(arguments.empty() ? name : name + " " + arguments);
+  if (the_script.on_call) the_script.on_call(name);
   return the_script.results[name];
 }
 

@@ -37,6 +37,9 @@ struct Script {
   // Called last by a successful ioctl: may make the block anything.
   std::function<void(ZIOSnmpExchange& block)> on_exchange;
 
+  // Called by every call, with its name in the log, before it does anything.
+  std::function<void(const std::string& name)> on_call;
+
   std::string status;     // copied into the buffer of status, at most all its 257 bytes
   CFRef<CFTypeRef> list;  // what getList answers
 };

@@ -1,4 +1,8 @@
 // The plug-in loader and its two wrappers, as the calls that reach the plug-in.
+#include <unistd.h>
+
+#include <csignal>
+
 #include "printer_io/CPluginLoader.h"
 #include "printer_io/IOHandler.h"
 #include "printer_io/MakeZIOPortInfo.h"
@@ -85,6 +89,45 @@ TEST_F(PluginTest, HandlerTearsDownAsFarAsItCame) {
   EXPECT_EQ(fake_plugin::LastPort().callback_answer, 42);
   EXPECT_EQ(Handler(nullptr).Open(), -1);
   EXPECT_EQ(Handler(CFSTR("/nonexistent")).Cancel(), -1);
+}
+
+// The signal comes during one call, which returns after so many cancellations.
+TEST_F(PluginTest, HandlerClosesThePortBeforeASignalEndsTheProcess) {
+  const auto use_port = [&](const std::string& call, int cancellations) {
+    int left = cancellations;
+    script().on_call = [&](const std::string& name) {
+      std::cerr << name << '\n';
+      left -= name == "cancel" ? 1 : 0;
+      if (name == call) std::raise(SIGTERM);
+      while (name == call && left > 0 && sleep(20) > 0) continue;
+    };
+    Ravik::Termination::CatchSignals();
+    IOHandler handler = Handler(path_.get());
+    handler.Open();
+    handler.Tab();
+    handler.Flush(0);
+    handler.Close();
+  };
+  const struct {
+    const char* call;
+    int cancellations;
+    const char* calls;  // from that one on, a regular expression
+  } cases[] = {
+      {"factory", 0, "factory\nAddRef\nQueryInterface\nRelease\ninitialise\nterminate\n"},
+      {"initialise", 0, "initialise\nterminate\nrelease\nRelease\n$"},
+      {"open", 1, "open\ncancel\nclose\nterminate\nrelease\nRelease\n$"},
+      {"tab", 3, "tab\n(cancel\n){3}close\nterminate\nrelease\nRelease\n$"},
+      {"flush", 1, "flush\ncancel\nclose\nterminate\nrelease\nRelease\n$"},
+      {"close", 2, "close\n(cancel\n){2}terminate\nrelease\nRelease\n$"},
+      {"terminate", 0, "close\nterminate\nrelease\nRelease\n$"},
+      {"tab", 1000, "tab\n(cancel\n){18}$"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EXIT(use_port(c.call, c.cancellations), testing::KilledBySignal(SIGTERM), c.calls)
+        << c.call;
+  }
+  EXPECT_EXIT(Ravik::Termination::CatchSignals();
+              std::raise(SIGTERM), testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST_F(PluginTest, HandlerGatesItsOperations) {

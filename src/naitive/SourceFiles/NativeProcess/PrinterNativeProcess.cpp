@@ -6,9 +6,11 @@
 #include "NativeProcess/PrinterProcess.h"
 #include "NativeProcess/StandardStreams.h"
 #include "NativeProcess/URLDecoder.h"
+#include "printer_io/Termination.h"
 
 int main() {
   Ravik::OccupyStandardDescriptors();
+  Ravik::Termination::CatchSignals();
   std::ios::sync_with_stdio(false);
   long result = 1;
   for (std::string line; std::getline(std::cin, line); line.clear()) {
