@@ -4,12 +4,14 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <picojson.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 
 #include "tests/end_to_end/Process.h"
 #include "tests/virtual_printer/TestPrinter.h"
@@ -153,6 +155,23 @@ TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
   }
   EXPECT_EQ(printer.process.Wait(SIGINT), 0);
   EXPECT_NE(unlink(path.c_str()), 0) << "the link is still there";
+}
+
+// Neither a host that takes no answers nor a trace that nobody reads keeps it.
+TEST(Program, EndsWithItsStateSavedWhenItIsHeldUp) {
+  for (const bool traces : {false, true}) {
+    const std::filesystem::path state = LocalPath() + "-state";
+    Texts options = {"--model", kPlain, "--listen", "::1", "--state", state};
+    if (traces) options.emplace_back("--trace");
+    RunningPrinter printer(options);
+    const FileDescriptor host = printer.Connect();
+    const Bytes commands = Remote(std::vector<Bytes>(1000, Read("370380")));
+    for (pollfd sendable{host.Get(), POLLOUT, 0}; poll(&sendable, 1, 300) > 0;) {
+      send(host.Get(), commands.data(), commands.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    }
+    EXPECT_EQ(printer.process.Wait(SIGTERM), 0) << traces;
+    EXPECT_TRUE(std::filesystem::remove(state)) << traces;
+  }
 }
 
 TEST(Program, ResetsTcpConnectionsAlone) {
