@@ -19,18 +19,14 @@ int32_t FreshRequestId() {
 }  // namespace
 
 void NetworkPort::Open() {
-  if (channels_) {
-    throw DriverError(DriverCode::kParameter, "the port is open already");
-  }
-  waiter_.Start();
+  StartToOpen(channels_ != nullptr);
   const auto addresses = ResolveHost(uri_.host, Deadline::After(uri_.budget()), waiter_);
-  channels_.emplace(
-      Channels{SnmpClient(uri_, addresses, waiter_), RawConnection(uri_, addresses, waiter_)});
+  channels_ = std::make_unique<Channels>(uri_, addresses, waiter_);
 }
 
 void NetworkPort::Close() {
   Start();
-  auto channels = std::exchange(channels_, std::nullopt);
+  const auto channels = std::move(channels_);
   channels->raw.Close();
 }
 
@@ -49,36 +45,8 @@ std::string NetworkPort::Status() {
   return std::string(answer->value);
 }
 
-void NetworkPort::Write(std::string_view bytes) {
-  Start().raw.Write(bytes);
-}
-
-void NetworkPort::Flush() {
-  Start().raw.Flush();
-}
-
-std::size_t NetworkPort::Read(char* buffer, std::size_t capacity) {
-  return Start().raw.Read(buffer, capacity);
-}
-
-std::size_t NetworkPort::Control(std::string_view command, char* reply, std::size_t capacity) {
-  RawConnection& raw = Start().raw;
-  try {
-    raw.Write(command);
-    raw.Flush();
-    return raw.Read(reply, capacity);
-  } catch (...) {
-    raw.Abort();
-    throw;
-  }
-}
-
-// Begins an operation on the open port.
 NetworkPort::Channels& NetworkPort::Start() {
-  if (!channels_) {
-    throw DriverError(DriverCode::kParameter, "the port is not open");
-  }
-  waiter_.Start();
+  StartOnOpen(channels_ != nullptr);
   return *channels_;
 }
 

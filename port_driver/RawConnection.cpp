@@ -17,8 +17,6 @@
 namespace ZIOP {
 namespace {
 
-constexpr std::chrono::milliseconds kAcknowledgementPause{5};
-
 int PendingError(int socket) {
   int error = 0;
   socklen_t length = sizeof error;
@@ -29,16 +27,11 @@ bool IsToRepeat(int error) {
   return error == EAGAIN || error == EINTR;
 }
 
-DriverError Timeout(const char* what, const DeviceURI& uri) {
-  return {DriverCode::kTimeout,
-          std::string(what) + " within " + std::to_string(uri.budget().count()) + " ms"};
-}
-
 }  // namespace
 
 RawConnection::RawConnection(const DeviceURI& uri, std::vector<HostAddress> addresses,
                              Waiter& waiter)
-    : uri_(uri), addresses_(std::move(addresses)), waiter_(waiter) {
+    : ByteStream(uri, waiter), addresses_(std::move(addresses)) {
   for (HostAddress& address : addresses_) {
     address.SetPort(uri.rawPort);
   }
@@ -67,7 +60,7 @@ FileDescriptor RawConnection::ConnectTo(const HostAddress& address, const Deadli
   int error = ::connect(descriptor.get(), address.get(), address.length) == 0 ? 0 : errno;
   if (error == EINPROGRESS || error == EINTR) {
     if (!waiter_.Wait(descriptor.get(), POLLOUT, deadline)) {
-      throw Timeout("no connection to the raw data port", uri_);
+      throw Timeout("no connection to the raw data port");
     }
     error = PendingError(descriptor.get());
   }
@@ -80,29 +73,28 @@ FileDescriptor RawConnection::ConnectTo(const HostAddress& address, const Deadli
   return descriptor;
 }
 
-void RawConnection::Write(std::string_view bytes) {
-  if (!socket_) {
-    Connect();
-  }
-  try {
-    Send(bytes);
-  } catch (...) {
-    Abort();
-    throw;
-  }
+void RawConnection::PrepareToWrite(std::string_view /*bytes*/) {
+  Connect();
 }
 
-void RawConnection::Send(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t sent = ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (sent >= 0) {
-      bytes.remove_prefix(static_cast<std::size_t>(sent));
-    } else if (!IsToRepeat(errno)) {
-      throw DriverError::System("send", errno);
-    } else if (!waiter_.Wait(socket_.get(), POLLOUT, Deadline::After(uri_.budget()))) {
-      throw Timeout("the printer took no bytes", uri_);
-    }
+std::size_t RawConnection::TryToSend(std::string_view bytes) {
+  const ssize_t sent = ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  if (sent < 0 && !IsToRepeat(errno)) {
+    throw DriverError::System("send", errno);
   }
+  return sent > 0 ? static_cast<std::size_t>(sent) : 0;
+}
+
+std::size_t RawConnection::TryToReceive(char* buffer, std::size_t capacity) {
+  const ssize_t received = ::recv(socket_.get(), buffer, capacity, 0);
+  if (received < 0 && !IsToRepeat(errno)) {
+    throw DriverError::System("recv", errno);
+  }
+  if (received == 0) {
+    socket_ = FileDescriptor();
+    return kHungUp;
+  }
+  return received > 0 ? static_cast<std::size_t>(received) : 0;
 }
 
 void RawConnection::Flush() {
@@ -111,61 +103,6 @@ void RawConnection::Flush() {
     Abort();
     throw DriverError::System("send", error);
   }
-}
-
-std::size_t RawConnection::Read(char* buffer, std::size_t capacity) {
-  if (capacity == 0) {
-    return 0;
-  }
-  if (!socket_) {
-    Connect();
-  }
-  std::size_t length = 0;
-  bool connected = true;
-  try {
-    connected = ReceiveReply(buffer, capacity, length);
-  } catch (...) {
-    Abort();
-    throw;
-  }
-  if (!connected) {
-    socket_ = FileDescriptor();
-  }
-  if (length == 0) {
-    throw connected ? Timeout("the printer sent nothing", uri_)
-                    : DriverError(DriverCode::kPrinter, "the printer closed the connection");
-  }
-  return length;
-}
-
-// Fills buffer up to a pause, the full buffer or the end. False when the printer has hung up.
-bool RawConnection::ReceiveReply(char* buffer, std::size_t capacity, std::size_t& length) {
-  Deadline end = Deadline::After(uri_.budget());
-  Deadline pause = end;
-  while (length < capacity && waiter_.Wait(socket_.get(), POLLIN, pause)) {
-    if (length > 0 && end.HasPassed()) {
-      throw Timeout("the reply did not end", uri_);
-    }
-    const std::size_t before = length;
-    if (!Receive(buffer, capacity, length)) {
-      return false;
-    }
-    if (length > 0) {
-      end = before == 0 ? Deadline::After(uri_.budget()) : end;
-      pause = Deadline::After(uri_.timeout / 4);
-    }
-  }
-  return true;
-}
-
-// Appends what is there to the length bytes in buffer. False when the printer has hung up.
-bool RawConnection::Receive(char* buffer, std::size_t capacity, std::size_t& length) {
-  const ssize_t received = ::recv(socket_.get(), buffer + length, capacity - length, 0);
-  if (received < 0 && !IsToRepeat(errno)) {
-    throw DriverError::System("recv", errno);
-  }
-  length += received > 0 ? static_cast<std::size_t>(received) : 0;
-  return received != 0;
 }
 
 void RawConnection::Close() {
@@ -203,13 +140,13 @@ void RawConnection::AwaitAcknowledgement(int socket, const Deadline& deadline) {
       throw DriverError::System("close", error);
     }
     if (deadline.HasPassed()) {
-      throw Timeout("the printer did not take every byte", uri_);
+      throw Timeout("the printer did not take every byte");
     }
-    std::vector<pollfd> none;
-    waiter_.Wait(none, Deadline::After(kAcknowledgementPause));
+    Rest();
   }
 }
 
+// Lets the printer see it at once, without sending what is queued.
 void RawConnection::Abort() {
   const linger reset{1, 0};
   ::setsockopt(socket_.get(), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
