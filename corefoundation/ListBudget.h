@@ -9,11 +9,11 @@ namespace CoreFoundation {
 // Counts the memory that the objects of a list take, and the steps of libplist that grow faster
 // than the list: it compares a key with any number of those already in its dictionary, and moves
 // the rest of a text at every character reference. Each Take is false once more is taken than there
-// is: 64 MiB and four times the list's size, and about half a second.
+// is: 64 MiB and eight times the list's size, and about half a second.
 class ListBudget {
  public:
   // Of a list of so many bytes.
-  explicit ListBudget(std::uint64_t size) : memory_((std::uint64_t{64} << 20) + 4 * size) {}
+  explicit ListBudget(std::uint64_t size) : memory_((std::uint64_t{64} << 20) + 8 * size) {}
 
   // An object with content of so many bytes.
   bool TakeObject(std::uint64_t content) {
@@ -24,7 +24,9 @@ class ListBudget {
   // The keys of a dictionary.
   bool TakeKeys(std::uint64_t count) {
     constexpr std::uint64_t kComparison = 32;  // in bytes moved
-    return count == 0 || (count <= steps_ && Take(steps_, count * (count - 1) * kComparison));
+    if (count == 0) return true;
+    const std::uint64_t others = count - 1;
+    return others <= steps_ / kComparison / count && Take(steps_, count * others * kComparison);
   }
 
   // The character references in a text of so many bytes.

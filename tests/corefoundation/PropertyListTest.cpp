@@ -139,8 +139,8 @@ TEST(PropertyList, BoundsWhatReadingCosts) {
       {repeated("<string>", 30000, "&#65;", "</string>"), false},
       {repeated("<string>", 20000, "&lt;<!--->-->", "</string>"), false},
       // Each object takes memory.
-      {repeated("<array>", 300000, "<true/>", "</array>"), false},
-      {repeated("<array>", 300000, "<dict/>", "</array>"), false},
+      {repeated("<array>", 400000, "<true/>", "</array>"), false},
+      {repeated("<array>", 400000, "<dict/>", "</array>"), false},
   };
   for (const auto& [list, taken] : kCases) {
     EXPECT_EQ(bool{Parse(list)}, taken) << list.substr(0, 30) << " ... of " << list.size();
