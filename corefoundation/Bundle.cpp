@@ -4,16 +4,16 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <optional>
 #include <utility>
 
 #include "corefoundation/Array.h"
 #include "corefoundation/Dictionary.h"
-#include "corefoundation/ListFile.h"
 #include "corefoundation/ObjectFile.h"
 #include "corefoundation/PropertyList.h"
 #include "corefoundation/String.h"
+#include "util/Diagnostics.h"
+#include "util/WholeFile.h"
 
 namespace CoreFoundation {
 
@@ -50,7 +50,8 @@ std::optional<UUIDBytes> UUIDOf(CFTypeRef value) {
 Bundle::Bundle(std::string path)
     : Object(Type::kBundle), path_(std::move(path)), executable_name_(Stem(path_)) {
   std::error_code error;
-  const CFRef<CFTypeRef> list = ParseObject(ReadListFile(path_ + "/Contents/Info.plist", error));
+  const CFRef<CFTypeRef> list =
+      ParseObject(Ravik::ReadWholeFile(path_ + "/Contents/Info.plist", error));
   const auto information = CFCast<CFDictionaryRef>(list.get());
   if (information != nullptr) ReadInformation(information);
 }
@@ -108,17 +109,20 @@ bool Bundle::Load() {
   if (code_ != nullptr) return true;
   const std::string executable = ExecutablePath();
   if (executable.empty()) {
-    std::fprintf(stderr, "%s: the executable %s is missing\n", path_.c_str(),
-                 executable_name_.c_str());
+    Report("the executable " + Ravik::Printable(executable_name_) + " is missing");
     return false;
   }
   if (IsCutShort(executable)) {
-    std::fprintf(stderr, "%s: the executable is cut short\n", path_.c_str());
+    Report("the executable is cut short");
     return false;
   }
   code_ = dlopen(executable.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  if (code_ == nullptr) std::fprintf(stderr, "%s: %s\n", path_.c_str(), dlerror());
+  if (code_ == nullptr) Report(Ravik::Printable(dlerror()));
   return code_ != nullptr;
+}
+
+void Bundle::Report(const std::string& what) const {
+  Ravik::ReportLine("CoreFoundation", "bundle " + Ravik::Printable(path_) + ": " + what);
 }
 
 void* Bundle::FindFunction(const std::string& name) {

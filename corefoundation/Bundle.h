@@ -39,6 +39,7 @@ class Bundle final : public Object {
   void ReadTypes(CFDictionaryRef types);
   std::string ExecutablePath() const;
   bool Load();
+  void Report(const std::string& what) const;
 
   const std::string path_;
   std::string executable_name_;

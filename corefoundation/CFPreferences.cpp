@@ -32,16 +32,16 @@ std::string ExecutableName() {
 }
 
 // The folder of the user's settings (XDG base directories: a relative path does not count); empty
-// when there is none. Without HOME the user database tells.
+// when there is none. Without HOME, or a relative one, the user database tells.
 std::string SettingsFolder() {
   const char* folder = std::getenv("XDG_CONFIG_HOME");
   if (folder != nullptr && folder[0] == '/') return folder;
   const char* home = std::getenv("HOME");
-  if (home == nullptr || home[0] == '\0') {
+  if (home == nullptr || home[0] != '/') {
     const struct passwd* user = getpwuid(getuid());
     home = user != nullptr ? user->pw_dir : nullptr;
   }
-  return home != nullptr && home[0] != '\0' ? std::string(home) + "/.config" : std::string();
+  return home != nullptr && home[0] == '/' ? std::string(home) + "/.config" : std::string();
 }
 
 std::mutex& PreferencesMutex() {

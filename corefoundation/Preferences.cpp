@@ -1,48 +1,41 @@
 #include "corefoundation/Preferences.h"
 
+#include <sys/stat.h>
+
 #include <cerrno>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "corefoundation/Dictionary.h"
 #include "corefoundation/FolderLock.h"
-#include "corefoundation/ListFile.h"
 #include "corefoundation/PropertyList.h"
 #include "corefoundation/String.h"
+#include "util/Diagnostics.h"
+#include "util/WholeFile.h"
 
 namespace CoreFoundation {
 
 namespace {
 
+bool MakeOneFolder(const std::string& folder) {
+  return mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST;
+}
+
 // The folder and those above it that are missing, for the user alone.
 void MakeFolder(const std::string& folder) {
-  if (mkdir(folder.c_str(), S_IRWXU) == 0 || errno != ENOENT) return;
+  if (MakeOneFolder(folder)) return;
   const std::size_t slash = folder.rfind('/');
-  if (slash == 0 || slash == std::string::npos) return;
-  MakeFolder(folder.substr(0, slash));
-  mkdir(folder.c_str(), S_IRWXU);
-}
-
-bool IsSame(const struct timespec& left, const struct timespec& right) {
-  return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
-}
-
-bool IsSameFile(const struct stat& left, const struct stat& right) {
-  return left.st_dev == right.st_dev && left.st_ino == right.st_ino &&
-         left.st_size == right.st_size && IsSame(left.st_mtim, right.st_mtim) &&
-         IsSame(left.st_ctim, right.st_ctim);
+  if (errno == ENOENT && slash != 0 && slash != std::string::npos) {
+    MakeFolder(folder.substr(0, slash));
+    if (MakeOneFolder(folder)) return;
+  }
+  throw std::system_error(errno, std::generic_category(), "mkdir " + Ravik::Printable(folder));
 }
 
 CFRef<CFMutableDictionaryRef> NewList() {
   return CFRef<CFMutableDictionaryRef>(CFDictionaryCreateMutable(
       nullptr, 0, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
-}
-
-// The dictionary in bytes, which is empty when they hold something else.
-CFRef<CFDictionaryRef> ParseDictionary(const std::string& bytes) {
-  const CFRef<CFTypeRef> list = ParseObject(bytes);
-  const auto dictionary = CFCast<CFDictionaryRef>(list.get());
-  if (dictionary == nullptr) return NewList();
-  return CFRef<CFDictionaryRef>::Retain(dictionary);
 }
 
 }  // namespace
@@ -57,31 +50,51 @@ void Preferences::Set(CFStringRef key, CFRef<CFTypeRef> value) {
 CFRef<CFTypeRef> Preferences::Get(CFStringRef key) {
   const auto change = changes_.find(ObjectOf<String>(key).units());
   if (change != changes_.end()) return change->second.value;
-  Load();
-  return CFRef<CFTypeRef>::Retain(CFDictionaryGetValue(list_.get(), key));
+  try {
+    return CFRef<CFTypeRef>::Retain(CFDictionaryGetValue(Read().get(), key));
+  } catch (const std::system_error& error) {
+    Report(std::string("not read: ") + error.what());
+    return {};
+  }
 }
 
 bool Preferences::Synchronise() {
-  if (!changes_.empty() && !Write()) return false;
+  try {
+    if (!changes_.empty()) Write();
+  } catch (const std::exception& error) {
+    Report(std::string("not written: ") + error.what());
+    return false;
+  }
   changes_.clear();
-  list_ = {};
   return true;
 }
 
-bool Preferences::Write() {
-  if (path_.empty()) return false;
+void Preferences::Write() const {
+  if (path_.empty()) throw std::runtime_error("the user has no folder for settings");
   const std::string folder = path_.substr(0, path_.rfind('/'));
   MakeFolder(folder);
   const FolderLock lock(folder);
-  if (lock.IsHeld()) RemoveLeftovers(path_);
+  if (lock.IsHeld()) Ravik::RemoveLeftovers(path_);
+  if (lock.IsKeptByAnother()) {
+    Report("written without the lock of the folder: another process has kept it for " +
+           std::to_string(FolderLock::kPatience.count()) + " s");
+  }
+  const Node list = NodeFromObject(Merge(Read().get()).get());
+  if (!list) throw std::runtime_error("there is no property list of them");
+  Ravik::ReplaceWholeFile(path_, WriteXML(list.get()));
+}
+
+// Throws std::system_error for a file that may not be read: it is not to be replaced, for its other
+// keys would be lost.
+CFRef<CFDictionaryRef> Preferences::Read() const {
   std::error_code error;
-  const std::string bytes = ReadListFile(path_, error);
-  const bool absent = error == std::errc::no_such_file_or_directory;
-  const bool no_list = error == std::errc::invalid_argument;
-  // A list that may not be read is not replaced: its other keys would be lost.
-  if (error && !absent && !no_list) return false;
-  const Node list = NodeFromObject(Merge(ParseDictionary(bytes).get()).get());
-  return list && ReplaceListFile(path_, WriteXML(list.get()));
+  const CFRef<CFTypeRef> list = ParseObject(Ravik::ReadWholeFile(path_, error));
+  if (error == std::errc::no_such_file_or_directory) return NewList();
+  if (error && error != std::errc::invalid_argument) throw std::system_error(error, "open");
+  const auto dictionary = CFCast<CFDictionaryRef>(list.get());
+  if (dictionary != nullptr) return CFRef<CFDictionaryRef>::Retain(dictionary);
+  Report("empty: the file holds no dictionary of a property list");
+  return NewList();
 }
 
 CFRef<CFDictionaryRef> Preferences::Merge(CFDictionaryRef list) const {
@@ -97,13 +110,9 @@ CFRef<CFDictionaryRef> Preferences::Merge(CFDictionaryRef list) const {
   return merged;
 }
 
-void Preferences::Load() {
-  struct stat status = {};
-  if (stat(path_.c_str(), &status) != 0) status = {};
-  if (list_ && IsSameFile(status, status_)) return;
-  std::error_code error;
-  list_ = ParseDictionary(ReadListFile(path_, error));
-  status_ = status;
+void Preferences::Report(const std::string& what) const {
+  Ravik::ReportLine("CoreFoundation",
+                    "preferences " + (path_.empty() ? "" : Ravik::Printable(path_) + ' ') + what);
 }
 
 }  // namespace CoreFoundation

@@ -2,8 +2,6 @@
 #ifndef COREFOUNDATION_PREFERENCES_H_
 #define COREFOUNDATION_PREFERENCES_H_
 
-#include <sys/stat.h>
-
 #include <map>
 #include <string>
 
@@ -19,10 +17,12 @@ class Preferences {
   // value may be null, which removes the key.
   void Set(CFStringRef key, CFRef<CFTypeRef> value);
 
-  // Null when there is none.
+  // What was set last or else what the file holds now; null when there is none. A file that cannot
+  // be read, or holds no dictionary, has none, with a line on standard error.
   CFRef<CFTypeRef> Get(CFStringRef key);
 
-  // Writes the changes into the file. False when that fails: they are kept.
+  // Writes the changes into the file. False when that fails: they are kept, the file is as it was,
+  // and a line on standard error says why.
   bool Synchronise();
 
  private:
@@ -31,14 +31,13 @@ class Preferences {
     CFRef<CFTypeRef> value;
   };
 
-  bool Write();
-  void Load();
+  void Write() const;
+  CFRef<CFDictionaryRef> Read() const;
   CFRef<CFDictionaryRef> Merge(CFDictionaryRef list) const;
+  void Report(const std::string& what) const;
 
   const std::string path_;
   std::map<std::u16string, Change> changes_;
-  CFRef<CFDictionaryRef> list_;  // what the file held when it was read last; null when not read
-  struct stat status_ = {};      // of that file; zeros when there was none
 };
 
 }  // namespace CoreFoundation

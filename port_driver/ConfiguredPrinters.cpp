@@ -4,9 +4,9 @@
 #include <string>
 
 #include "port_driver/DeviceURI.h"
-#include "port_driver/Diagnostics.h"
 #include "port_driver/DriverError.h"
 #include "printer_io/ZIOPlugin.h"
+#include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
@@ -63,7 +63,7 @@ std::string NameOf(CFTypeRef value, CFIndex index) {
           ? nullptr
           : CFCast<CFStringRef>(CFDictionaryGetValue(entry, CFSTR(ZIO_INFO_TARGET_NAME)));
   return "Printers entry " + std::to_string(index + 1) +
-         (name == nullptr ? "" : " \"" + Printable(TextOf(name)) + "\"");
+         (name == nullptr ? "" : " \"" + Ravik::Printable(TextOf(name)) + "\"");
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ void AppendConfiguredPrinters(CFDictionaryRef information, CFMutableArrayRef rec
   const CFTypeRef value = CFDictionaryGetValue(information, CFSTR("Printers"));
   const CFArrayRef entries = CFCast<CFArrayRef>(value);
   if (entries == nullptr && value != nullptr) {
-    ReportLine("Printers left out: it is no array");
+    Ravik::ReportLine("ZIOP", "Printers left out: it is no array");
   }
   const CFIndex count = entries == nullptr ? 0 : CFArrayGetCount(entries);
   for (CFIndex i = 0; i < count; ++i) {
@@ -80,7 +80,7 @@ void AppendConfiguredPrinters(CFDictionaryRef information, CFMutableArrayRef rec
     try {
       CFArrayAppendValue(records, MakeRecord(entry).get());
     } catch (const DriverError& error) {
-      ReportLine(NameOf(entry, i) + " left out: " + error.what());
+      Ravik::ReportLine("ZIOP", NameOf(entry, i) + " left out: " + error.what());
     }
   }
 }

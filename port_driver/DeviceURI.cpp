@@ -7,8 +7,8 @@
 #include <iterator>
 #include <utility>
 
-#include "port_driver/Diagnostics.h"
 #include "port_driver/DriverError.h"
+#include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
@@ -122,7 +122,7 @@ void ParseOptions(std::string_view query, DeviceURI& uri) {
     const auto row = std::find_if(std::begin(kOptions), std::end(kOptions),
                                   [&](const Option& each) { return each.name == name; });
     if (row == std::end(kOptions)) {
-      Refuse("unknown option \"" + Printable(name) + "\"");
+      Refuse("unknown option \"" + Ravik::Printable(name) + "\"");
     }
     if (std::exchange(seen[row - std::begin(kOptions)], true)) {
       Refuse("option \"" + name + "\" given twice");
@@ -199,7 +199,7 @@ void TakeScheme(std::string_view& text) {
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
   if (scheme != kScheme) {
     throw DriverError(DriverCode::kUnsupported,
-                      "device URI: no port for scheme \"" + Printable(scheme) + "\"");
+                      "device URI: no port for scheme \"" + Ravik::Printable(scheme) + "\"");
   }
   text.remove_prefix(end + 3);
 }

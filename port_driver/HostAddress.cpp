@@ -16,8 +16,8 @@
 #include <optional>
 #include <thread>
 
-#include "port_driver/Diagnostics.h"
 #include "port_driver/DriverError.h"
+#include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
@@ -109,7 +109,7 @@ Resolution ResolveName(const std::string& host, const Deadline& deadline, Waiter
   std::thread([pending, host] { ResolveInto(*pending, host); }).detach();
   if (!waiter.Wait(pending->done(), POLLIN, deadline)) {
     throw DriverError(DriverCode::kTimeout,
-                      "the name \"" + Printable(host) + "\" was not resolved in time");
+                      "the name \"" + Ravik::Printable(host) + "\" was not resolved in time");
   }
   return pending->Take();
 }
@@ -135,8 +135,9 @@ std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& de
   }
   if (result.status != 0 || result.addresses.empty()) {
     const char* reason = result.status != 0 ? ::gai_strerror(result.status) : "no address";
-    throw DriverError(DriverCode::kSystem, "getaddrinfo: \"" + Printable(host) + "\": " + reason +
-                                               " (error " + std::to_string(result.status) + ")");
+    throw DriverError(DriverCode::kSystem, "getaddrinfo: \"" + Ravik::Printable(host) +
+                                               "\": " + reason + " (error " +
+                                               std::to_string(result.status) + ")");
   }
   return std::move(result.addresses);
 }

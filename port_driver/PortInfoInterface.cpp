@@ -3,8 +3,8 @@
 
 #include "corefoundation/Foundation.h"
 #include "port_driver/ConfiguredPrinters.h"
-#include "port_driver/Diagnostics.h"
 #include "port_driver/FunctionTable.h"
+#include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
@@ -31,7 +31,7 @@ PortInfoInterface& Self(ZIOPortInfoInterface* interface) {
 template <auto Operation, typename... Arguments>
 int Slot(ZIOPortInfoInterface* interface, Arguments... arguments) noexcept {
   return Guard([&] { (Self(interface).*Operation)(arguments...); },
-               [](DriverCode, const char* message) { ReportLine(message); });
+               [](DriverCode, const char* message) { Ravik::ReportLine("ZIOP", message); });
 }
 
 int Release(ZIOPortInfoInterface* interface) noexcept {

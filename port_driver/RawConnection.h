@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "port_driver/ByteStream.h"
-#include "port_driver/FileDescriptor.h"
 #include "port_driver/HostAddress.h"
+#include "util/FileDescriptor.h"
 
 namespace ZIOP {
 

@@ -9,7 +9,7 @@
 #include <memory>
 #include <new>
 
-#include "port_driver/Diagnostics.h"
+#include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
@@ -50,7 +50,8 @@ decltype(&ZIOPSearch) Load(const std::string& path) {
   void* const search = code == nullptr ? nullptr : ::dlsym(code, "ZIOPSearch");
   if (search == nullptr) {
     const char* const reason = ::dlerror();
-    ReportLine("search left out: " + Printable(reason == nullptr ? path : reason));
+    Ravik::ReportLine("ZIOP",
+                      "search left out: " + Ravik::Printable(reason == nullptr ? path : reason));
   }
   return reinterpret_cast<decltype(&ZIOPSearch)>(search);
 }
@@ -68,7 +69,7 @@ void ServeSearch(const ZIOPSearchRequest& request, ZIOPFoundCallback found, void
     }
     search(addresses, deadline, printers);
   } catch (const std::exception& error) {
-    ReportLine("search broken off: " + Printable(error.what()));
+    Ravik::ReportLine("ZIOP", "search broken off: " + Ravik::Printable(error.what()));
   }
   for (const FoundPrinter& printer : printers) {
     ZIOPText fields[std::size(kFoundPrinterFields)];
@@ -94,8 +95,8 @@ void RunSearchModule(const std::string& path, const std::vector<std::string>& ad
   Collector collector{found};
   search(&request, Collect, &collector);
   if (collector.count > kMaximumFoundPrinters) {
-    ReportLine("printers left out: a search found more than " +
-               std::to_string(kMaximumFoundPrinters));
+    Ravik::ReportLine("ZIOP", "printers left out: a search found more than " +
+                                  std::to_string(kMaximumFoundPrinters));
   }
 }
 

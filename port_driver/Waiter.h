@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "port_driver/Deadline.h"
-#include "port_driver/FileDescriptor.h"
+#include "util/FileDescriptor.h"
 
 namespace ZIOP {
+
+using Ravik::FileDescriptor;
 
 class Waiter {
  public:

@@ -28,7 +28,8 @@ class ZIOSearchPrinter {
   // before.
   CFRef<CFArrayRef> GetPrinterList();
 
-  // Replaces the stored list; null removes it. On disk when it returns.
+  // Replaces the stored list; null removes it. On disk when it returns; when that
+  // fails, this process goes by the new list all the same, and others by the old one.
   void SavePrinterInfoList(const NSArray* records);
 
   // The first stored record whose target name is name, letter case included; null for a null name

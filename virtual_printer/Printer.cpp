@@ -1,9 +1,9 @@
 // The printer behind its ports.
 #include "virtual_printer/Printer.h"
 
-#include <iostream>
 #include <utility>
 
+#include "util/Diagnostics.h"
 #include "virtual_printer/StateFile.h"
 #include "virtual_printer/StatusText.h"
 
@@ -131,7 +131,7 @@ Printer::Reply Printer::MakePermanent(const Bytes& variable) {
   const RecordTable before = std::exchange(permanent_, records_);
   const std::string error = SaveState();
   if (error.empty()) return Done();
-  std::cerr << "virtual-printer: the state is not saved: " << error << '\n';
+  Ravik::ReportLine("virtual-printer", Ravik::Printable(setup_.state_path + ": " + error));
   permanent_ = before;
   return std::nullopt;
 }

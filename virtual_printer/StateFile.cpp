@@ -2,17 +2,12 @@
 #include "virtual_printer/StateFile.h"
 
 #include <picojson.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <optional>
+#include <system_error>
 
-#include "virtual_printer/FileDescriptor.h"
+#include "util/WholeFile.h"
 
 namespace VirtualPrinter {
 namespace {
@@ -77,38 +72,27 @@ std::string FromJson(const picojson::value& state, const Family& family, RecordT
   return "";
 }
 
-std::string Failure(const char* call) {
-  return std::string(call) + ": " + std::strerror(errno);
-}
-
-std::string WriteDurably(int file, const std::string& text) {
-  for (std::size_t written = 0; written < text.size();) {
-    const ssize_t size = write(file, text.data() + written, text.size() - written);
-    if (size < 0 && errno != EINTR) return Failure("write");
-    if (size > 0) written += static_cast<std::size_t>(size);
-  }
-  return fsync(file) == 0 ? "" : Failure("fsync");
-}
-
 }  // namespace
 
 std::string LoadState(const std::string& path, const Family& family, RecordTable& records) {
-  if (access(path.c_str(), F_OK) != 0 && errno == ENOENT) return "";
-  std::ifstream file(path);
-  if (!file) return Failure("open");
+  Ravik::RemoveLeftovers(path);
+  std::error_code failure;
+  const std::string text = Ravik::ReadWholeFile(path, failure);
+  if (failure == std::errc::no_such_file_or_directory) return "";
+  if (failure == std::errc::invalid_argument) return "not a state file";
+  if (failure) return "open: " + failure.message();
   picojson::value state;
-  const std::string error = picojson::parse(state, file);
-  return error.empty() ? FromJson(state, family, records) : error;
+  if (!picojson::parse(state, text).empty()) return "not a state file";
+  return FromJson(state, family, records);
 }
 
 std::string SaveState(const std::string& path, const Family& family, const RecordTable& records) {
-  std::string temporary = path + ".XXXXXX";
-  const FileDescriptor file(mkstemp(temporary.data()));
-  if (!file) return Failure("mkstemp");
-  std::string error = WriteDurably(file.Get(), ToJson(family, records));
-  if (error.empty() && std::rename(temporary.c_str(), path.c_str()) != 0) error = Failure("rename");
-  if (!error.empty()) unlink(temporary.c_str());
-  return error;
+  try {
+    Ravik::ReplaceWholeFile(path, ToJson(family, records));
+    return "";
+  } catch (const std::system_error& error) {
+    return error.what();
+  }
 }
 
 }  // namespace VirtualPrinter

@@ -12,7 +12,8 @@
 namespace VirtualPrinter {
 
 // Reads the records of a printer of `family`. A file that does not exist leaves `records` alone
-// and is no failure. Answers an empty text, or what is wrong; `records` is whole either way.
+// and is no failure. Answers an empty text, or what is wrong; `records` is whole either way. What
+// a printer left behind that was killed while it saved is removed: a file is for one printer.
 std::string LoadState(const std::string& path, const Family& family, RecordTable& records);
 
 // Replaces the file at once as a whole: readers find the old one or the new one. Answers an empty

@@ -1,7 +1,14 @@
 // The user's defaults and their file.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
+#include <functional>
 
 #include "tests/corefoundation/TestSupport.h"
 
@@ -26,6 +33,30 @@ bool Synchronise() {
   return CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
 }
 
+std::string Text(std::size_t size, char letter = 'x') {
+  return "<string>" + std::string(size, letter) + "</string>";
+}
+
+// No file can grow beyond size bytes: what a full disk does to its writers.
+void LimitFiles(rlim_t size) {
+  rlimit limit;
+  getrlimit(RLIMIT_FSIZE, &limit);
+  limit.rlim_cur = std::min(size, limit.rlim_max);
+  setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+// Permissions do not bind the superuser, who is therefore somebody else for the time.
+class CommonUser {
+ public:
+  CommonUser() { EXPECT_TRUE(user_ != 0 || seteuid(65534) == 0); }
+  CommonUser(const CommonUser&) = delete;
+  CommonUser& operator=(const CommonUser&) = delete;
+  ~CommonUser() { EXPECT_EQ(seteuid(user_), 0); }
+
+ private:
+  const uid_t user_ = geteuid();
+};
+
 // Each test has a place of its own.
 class Preferences : public testing::Test {
  protected:
@@ -36,8 +67,15 @@ class Preferences : public testing::Test {
 
   bool FileHolds(const std::string& xml) const { return Is(Parse(ReadFile(file_)), xml); }
 
-  TemporaryFolder folder_;
-  const std::string file_ = folder_.path() + "/made/config/corefoundation_tests.plist";
+  auto CountFiles() const {
+    const auto files = std::filesystem::directory_iterator(place_);
+    return std::distance(begin(files), end(files));
+  }
+
+  const CommonUser user_;
+  const TemporaryFolder folder_;
+  const std::string place_ = folder_.path() + "/made/config";
+  const std::string file_ = place_ + "/corefoundation_tests.plist";
 };
 
 TEST_F(Preferences, WritesAPrivateFile) {
@@ -60,8 +98,7 @@ TEST_F(Preferences, WritesAPrivateFile) {
   EXPECT_TRUE(Synchronise());
   EXPECT_TRUE(FileHolds("<dict/>"));
   EXPECT_TRUE(std::filesystem::remove(file_ + ".backup"));
-  const auto files = std::filesystem::directory_iterator(folder_.path() + "/made/config");
-  EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "a new file was left behind";
+  EXPECT_EQ(CountFiles(), 1) << "a new file was left behind";
 }
 
 TEST_F(Preferences, FallsBackToTheHomeFolder) {
@@ -110,49 +147,106 @@ TEST_F(Preferences, KeepsTextsOfAnyCharacters) {
 }
 
 TEST_F(Preferences, ReplacesWhatIsNoDictionary) {
-  ASSERT_EQ(mkfifo((folder_.path() + "/pipe").c_str(), 0600), 0);
-  std::filesystem::create_symlink("/dev/null", folder_.path() + "/link");
-  for (const std::string what :
-       {"", "<dict><key>lost</key>", "<array/>", "bplist00", "pipe", "link"}) {
-    SCOPED_TRACE(what);
-    WriteFile(file_, what);
-    const bool special = what == "pipe" || what == "link";
-    if (special) std::filesystem::rename(folder_.path() + "/" + what, file_);
-    EXPECT_TRUE(Has("lost", ""));
+  const std::string empty = "empty: the file holds no dictionary of a property list\n";
+  const auto write = [this](const char* bytes) { return [=] { WriteFile(file_, bytes); }; };
+  const auto link = [this](const std::string& target) {
+    return [=] { std::filesystem::create_symlink(target, file_); };
+  };
+  const std::string target = folder_.path() + "/target";
+  WriteFile(target, "<array/>");
+  const struct {
+    std::function<void()> make;
+    const std::string& report;
+  } kCases[] = {
+      {write(""), empty},
+      {write("<dict><key>lost</key>"), empty},
+      {write("<array/>"), empty},
+      {write("bplist00"), empty},
+      {[this] { mkfifo(file_.c_str(), 0600); }, empty},
+      {[this] { mknod(file_.c_str(), S_IFSOCK | 0600, 0); }, empty},
+      {link("/dev/null"), empty},
+      {link(target), empty},
+      {link("nowhere"), ""},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(&c - kCases);
+    std::filesystem::create_directories(place_);
+    std::filesystem::remove(file_);
+    c.make();
     Set("key", Parse("<true/>"));
+    testing::internal::CaptureStderr();
     ASSERT_TRUE(Synchronise());
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::EndsWith(c.report));
+    EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(file_)));
     EXPECT_TRUE(FileHolds("<dict><key>key</key><true/></dict>"));
   }
+  EXPECT_EQ(ReadFile(target), "<array/>");
+  EXPECT_FALSE(std::filesystem::exists(place_ + "/nowhere"));
 }
 
-TEST_F(Preferences, KeepsValuesThatCannotBeWritten) {
-  for (const std::string& obstacle : {folder_.path() + "/made", file_ + "/in a folder"}) {
-    SCOPED_TRACE(obstacle);
-    WriteFile(obstacle, "stands in the way");
-    Set("key", Parse("<true/>"));
+TEST_F(Preferences, KeepsValuesThatCannotBeWrittenAndSaysWhy) {
+  const std::string made = folder_.path() + "/made";
+  const auto replace = [](const std::string& path, const std::string& file) {
+    std::filesystem::remove_all(path);
+    WriteFile(file, "in the way");
+  };
+  const struct {
+    std::function<void()> obstruct;
+    std::string report;
+  } kCases[] = {
+      {[&] { replace(made, made); }, "mkdir " + place_ + ": Not a directory"},
+      {[&] { replace(file_, file_ + "/in a folder"); }, "rename: Is a directory"},
+      {[&] {
+         std::filesystem::remove(file_);
+         std::filesystem::create_symlink(file_, file_);
+       },
+       "open: Too many levels of symbolic links"},
+      {[&] { std::filesystem::resize_file(file_, (64U << 20U) + 1); }, "open: File too large"},
+      {[&] { chmod(file_.c_str(), 0); }, "open: Permission denied"},
+      {[&] { chmod(place_.c_str(), 0500); }, "mkostemp: Permission denied"},
+      {[] { LimitFiles(1000); }, "write: File too large"},
+  };
+  std::signal(SIGXFSZ, SIG_IGN);
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.report);
+    std::filesystem::remove_all(made);
+    const std::string old = "<dict><key>old</key><true/></dict>";
+    WriteFile(file_, old);
+    c.obstruct();
+    Set("key", Parse(Text(2000)));
+    testing::internal::CaptureStderr();
     EXPECT_FALSE(Synchronise());
-    EXPECT_TRUE(Has("key", "<true/>"));
+    EXPECT_TRUE(Has("key", Text(2000)));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::EndsWith("CoreFoundation: preferences " + file_ +
+                                  " not written: " + c.report + "\n"));
+    LimitFiles(RLIM_INFINITY);
+    for (const auto& path : {place_, file_}) chmod(path.c_str(), 0700);
+    if (std::filesystem::is_regular_file(std::filesystem::symlink_status(file_))) {
+      std::filesystem::resize_file(file_, old.size());
+      EXPECT_EQ(ReadFile(file_), old);
+    }
     for (const auto& file : std::filesystem::recursive_directory_iterator(folder_.path())) {
       EXPECT_EQ(file.path().native().find(".new-"), std::string::npos) << file.path();
     }
-    std::filesystem::remove_all(folder_.path() + "/made");
+    std::filesystem::remove_all(made);
     EXPECT_TRUE(Synchronise());
-    EXPECT_TRUE(std::filesystem::remove(file_));
-    std::filesystem::remove_all(folder_.path() + "/made");
+    EXPECT_TRUE(FileHolds("<dict><key>key</key>" + Text(2000) + "</dict>"));
   }
 }
 
-TEST_F(Preferences, LeavesAListAloneThatIsTooLong) {
-  WriteFile(file_, "<dict><key>lost</key><true/></dict>");
-  std::filesystem::resize_file(file_, 100'000'000);
-  EXPECT_TRUE(Has("lost", ""));
+TEST_F(Preferences, DoesWithoutALockThatAStoppedProcessKeeps) {
+  std::filesystem::create_directories(place_);
+  const int lock = open(place_.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(lock, LOCK_EX), 0);
   Set("key", Parse("<true/>"));
-  EXPECT_FALSE(Synchronise());
-  EXPECT_TRUE(Has("key", "<true/>"));
-  EXPECT_EQ(std::filesystem::file_size(file_), 100'000'000U);
-  std::filesystem::resize_file(file_, 35);
+  testing::internal::CaptureStderr();
   EXPECT_TRUE(Synchronise());
-  EXPECT_TRUE(FileHolds("<dict><key>key</key><true/><key>lost</key><true/></dict>"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              testing::EndsWith("without the lock of the folder: another process has kept it for "
+                                "2 s\n"));
+  EXPECT_TRUE(FileHolds("<dict><key>key</key><true/></dict>"));
+  close(lock);
 }
 
 TEST_F(Preferences, CopiesListsAlone) {
@@ -172,6 +266,50 @@ TEST_F(Preferences, CopiesListsAlone) {
     Set("key", value);
     EXPECT_TRUE(Has("key", "<array/>")) << &value - unwritable;
   }
+}
+
+// A writer is killed in the middle of its file by the limit on the file's size, and anywhere by
+// chance.
+TEST_F(Preferences, AKilledWriterLeavesTheOldListOrTheNew) {
+  constexpr std::size_t kSize = 10000;
+  const std::string old = Text(kSize, 'o');
+  const auto number = [&] {
+    struct stat status;
+    return stat(file_.c_str(), &status) == 0 ? status.st_ino : 0;
+  };
+  const auto start_writer = [&](rlim_t limit) {
+    const pid_t writer = fork();
+    if (writer != 0) return writer;
+    const rlimit no_core{};
+    setrlimit(RLIMIT_CORE, &no_core);
+    LimitFiles(limit);
+    for (;; Synchronise()) Set("key", Parse(Has("key", old) ? Text(kSize, 'n') : old));
+  };
+  const auto list = [](const std::string& text) {
+    return "<dict><key>key</key>" + text + "</dict>";
+  };
+  Set("key", Parse(old));
+  ASSERT_TRUE(Synchronise());
+  int status = 0;
+  for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{4096}, rlim_t{kSize}}) {
+    EXPECT_GT(waitpid(start_writer(limit), &status, 0), 0);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ) << status;
+    EXPECT_TRUE(FileHolds(list(old))) << limit;
+    EXPECT_EQ(CountFiles(), 2) << "the list, and what the last writer alone left behind";
+  }
+  for (int i = 0; i < 25; ++i) {
+    const ino_t before = number();
+    const pid_t writer = start_writer(RLIM_INFINITY);
+    while (number() == before) usleep(100);
+    usleep(static_cast<useconds_t>(i * 157));
+    kill(writer, SIGKILL);
+    EXPECT_GT(waitpid(writer, &status, 0), 0);
+    EXPECT_TRUE(FileHolds(list(old)) || FileHolds(list(Text(kSize, 'n')))) << i;
+  }
+  Set("key", Parse(old));
+  EXPECT_TRUE(Synchronise());
+  EXPECT_TRUE(FileHolds(list(old)));
+  EXPECT_EQ(CountFiles(), 1);
 }
 
 // Writers of one key each in processes of their own, while this one reads: no list is ever torn,

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <string>
 
-#include "port_driver/FileDescriptor.h"
 #include "port_driver/HostAddress.h"
+#include "util/FileDescriptor.h"
 
 namespace ZIOP {
 

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "port_driver/FileDescriptor.h"
 #include "printer_io/MakeZIOPortInfo.h"
 #include "tests/port_driver/PluggedPort.h"
+#include "util/FileDescriptor.h"
 
 namespace ZIOP {
 namespace {
@@ -80,11 +80,11 @@ TEST(PlugInTest, TheShippedListIsEmpty) {
 // A reader that is gone would end the process with a signal, and one that does not read stop it.
 TEST(PlugInTest, NobodyHasToReadTheDiagnostics) {
   const std::vector<CFRef<CFTypeRef>> entries(5000, MakeText("no printer"));
-  const FileDescriptor standard_error(::dup(STDERR_FILENO));
+  const Ravik::FileDescriptor standard_error(::dup(STDERR_FILENO));
   for (const bool has_reader : {false, true}) {
     int ends[2];
     ASSERT_EQ(::pipe(ends), 0);
-    const FileDescriptor writer(ends[1]), reader(has_reader ? ends[0] : -1);
+    const Ravik::FileDescriptor writer(ends[1]), reader(has_reader ? ends[0] : -1);
     EXPECT_EQ(has_reader ? 0 : ::close(ends[0]), 0);
     ::dup2(ends[1], STDERR_FILENO);
     EXPECT_TRUE(Lists(MakeDictionary({{"Printers", MakeArray(entries)}})));

@@ -146,6 +146,9 @@ TEST(StateFile, HoldsWhatWasMadePermanentOnly) {
 
   std::string good;
   std::getline(std::ifstream(path), good, '\0');
+  std::ofstream(path + ".new-AbC012") << "what a killed printer left";
+  EXPECT_EQ(LoadState(path, family, records), "");
+  EXPECT_FALSE(std::filesystem::exists(path + ".new-AbC012"));
   const std::pair<std::string, std::string> kDamages[] = {
       {good, ""},
       {good, "[]"},

@@ -1,9 +1,9 @@
 // The user's defaults of the running application.
 //
 // They are one XML property list, $XDG_CONFIG_HOME/NAME.plist or else $HOME/.config/NAME.plist,
-// where NAME is the executable's file name. The file is read when it is first needed, and again
-// when it has changed. A file that is no property list, or whose root is no dictionary, counts as
-// empty.
+// where NAME is the executable's file name. The file is read whenever a value of it is asked for. A
+// file that is no property list, or whose root is no dictionary, counts as empty. What goes wrong
+// with the file is told in a line on standard error.
 #ifndef COREFOUNDATION_CFPREFERENCES_H_
 #define COREFOUNDATION_CFPREFERENCES_H_
 
@@ -24,7 +24,8 @@ CF_EXPORT CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringR
 
 // Writes what was set since the last time, and keeps the other keys that the file holds; the file
 // is replaced as a whole, readable by the user alone. False when it cannot be written: the values
-// stay visible in this process and the next call tries again. Waits for other writers at most 5 s.
+// stay visible in this process and the next call tries again. Waits for other writers at most 2 s
+// and then writes all the same.
 CF_EXPORT Boolean CFPreferencesAppSynchronize(CFStringRef application);
 
 CF_EXTERN_C_END

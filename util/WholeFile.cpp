@@ -1,4 +1,4 @@
-#include "corefoundation/ListFile.h"
+#include "util/WholeFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "corefoundation/FileDescriptor.h"
+#include "util/FileDescriptor.h"
 
-namespace CoreFoundation {
+namespace Ravik {
 
 namespace {
 
@@ -32,28 +32,42 @@ std::error_code CheckKind(const FileDescriptor& file) {
   return {};
 }
 
-bool WriteAll(const FileDescriptor& file, const std::string& bytes) {
+[[noreturn]] void ThrowLastError(const char* call) {
+  throw std::system_error(LastError(), call);
+}
+
+void WriteDurably(const FileDescriptor& file, const std::string& bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
+    errno = ENOSPC;  // stands when nothing is taken
     const ssize_t written = write(file.get(), bytes.data() + done, bytes.size() - done);
-    if (written == 0 || (written < 0 && errno != EINTR)) return false;
+    if (written <= 0 && errno != EINTR) ThrowLastError("write");
     if (written > 0) done += static_cast<std::size_t>(written);
   }
-  return true;
+  if (fsync(file.get()) != 0) ThrowLastError("fsync");
+}
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
 // Makes a rename in the folder outlive a crash of the system; not every file system can.
 void SyncFolder(const std::string& folder) {
   const FileDescriptor file(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (file.IsOpen()) fsync(file.get());
+  if (file) fsync(file.get());
 }
 
 }  // namespace
 
-std::string ReadListFile(const std::string& path, std::error_code& error) {
+std::string ReadWholeFile(const std::string& path, std::error_code& error) {
   // O_NONBLOCK: opening a pipe would wait for its writer.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  error = file.IsOpen() ? CheckKind(file) : LastError();
+  error = file ? CheckKind(file) : LastError();
+  // Sockets, and devices that are not there, are other kinds of file that do not open.
+  if (error == std::errc::no_such_device_or_address) {
+    error = std::make_error_code(std::errc::invalid_argument);
+  }
   std::string bytes;
   char block[16384];
   while (!error) {
@@ -66,29 +80,33 @@ std::string ReadListFile(const std::string& path, std::error_code& error) {
   return {};
 }
 
-bool ReplaceListFile(const std::string& path, const std::string& bytes) {
+void ReplaceWholeFile(const std::string& path, const std::string& bytes) {
+  if (bytes.size() > kMaximumSize) {
+    throw std::system_error(std::make_error_code(std::errc::file_too_large), "write");
+  }
   std::string temporary = path + kNewSuffix + kLetters;
   const FileDescriptor file(mkostemp(temporary.data(), O_CLOEXEC));
-  if (!file.IsOpen()) return false;
-  if (fchmod(file.get(), S_IRUSR | S_IWUSR) == 0 && WriteAll(file, bytes) &&
-      fsync(file.get()) == 0 && std::rename(temporary.c_str(), path.c_str()) == 0) {
-    SyncFolder(path.substr(0, path.rfind('/')));
-    return true;
+  if (!file) ThrowLastError("mkostemp");
+  try {
+    if (fchmod(file.get(), S_IRUSR | S_IWUSR) != 0) ThrowLastError("fchmod");
+    WriteDurably(file, bytes);
+    if (std::rename(temporary.c_str(), path.c_str()) != 0) ThrowLastError("rename");
+  } catch (const std::system_error&) {
+    unlink(temporary.c_str());
+    throw;
   }
-  unlink(temporary.c_str());
-  return false;
+  SyncFolder(FolderOf(path));
 }
 
 void RemoveLeftovers(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  const std::string prefix = path.substr(slash + 1) + kNewSuffix;
+  const std::string prefix = path.substr(path.rfind('/') + 1) + kNewSuffix;
   const std::size_t length = prefix.size() + sizeof(kLetters) - 1;
   std::error_code error;
-  std::filesystem::directory_iterator entry(path.substr(0, slash), error);
+  std::filesystem::directory_iterator entry(FolderOf(path), error);
   for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
     const std::string name = entry->path().filename();
     if (name.size() == length && name.rfind(prefix, 0) == 0) unlink(entry->path().c_str());
   }
 }
 
-}  // namespace CoreFoundation
+}  // namespace Ravik

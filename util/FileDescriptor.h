@@ -1,12 +1,12 @@
 // Owner of one file descriptor.
-#ifndef PORT_DRIVER_FILEDESCRIPTOR_H_
-#define PORT_DRIVER_FILEDESCRIPTOR_H_
+#ifndef UTIL_FILEDESCRIPTOR_H_
+#define UTIL_FILEDESCRIPTOR_H_
 
 #include <unistd.h>
 
 #include <utility>
 
-namespace ZIOP {
+namespace Ravik {
 
 class FileDescriptor {
  public:
@@ -33,6 +33,6 @@ class FileDescriptor {
   int descriptor_ = -1;
 };
 
-}  // namespace ZIOP
+}  // namespace Ravik
 
-#endif  // PORT_DRIVER_FILEDESCRIPTOR_H_
+#endif  // UTIL_FILEDESCRIPTOR_H_

@@ -1,12 +1,12 @@
 // Lines on standard error.
-#include "port_driver/Diagnostics.h"
+#include "util/Diagnostics.h"
 
 #include <poll.h>
 #include <unistd.h>
 
 #include <climits>
 
-namespace ZIOP {
+namespace Ravik {
 
 std::string Printable(std::string_view text) {
   constexpr char kDigits[] = "0123456789ABCDEF";
@@ -22,8 +22,8 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
-void ReportLine(const std::string& line) {
-  const std::string text = ("ZIOP: " + line).substr(0, PIPE_BUF - 1) + "\n";
+void ReportLine(const std::string& reporter, const std::string& line) {
+  const std::string text = (reporter + ": " + line).substr(0, PIPE_BUF - 1) + "\n";
   pollfd standard_error{STDERR_FILENO, POLLOUT, 0};
   if (::poll(&standard_error, 1, 0) == 1 && standard_error.revents == POLLOUT) {
     // A line that cannot be written has nowhere else to go.
@@ -31,4 +31,4 @@ void ReportLine(const std::string& line) {
   }
 }
 
-}  // namespace ZIOP
+}  // namespace Ravik
