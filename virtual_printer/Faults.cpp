@@ -9,7 +9,7 @@
 namespace VirtualPrinter {
 namespace {
 
-enum class ValueKind { kNone, kNumber, kTimes, kHex };
+enum class ValueKind { kNone, kNumber, kTimes, kHex, kObject };
 
 struct FaultRow {
   FaultKind kind;
@@ -27,7 +27,8 @@ constexpr std::array<FaultRow, kFaultKinds> kFaults = {{
     {FaultKind::kDrop, "drop", ValueKind::kNumber, kNoLimit,
      "drop=N           the first N requests are not received"},
     {FaultKind::kLoss, "loss", ValueKind::kNumber, 100,
-     "loss=PERCENT     that share of the requests is not received; the same ones in every run"},
+     "loss=PERCENT     that share of the requests is not received; the same ones in every run\n"
+     "                   with the same serial number"},
     {FaultKind::kDelay, "delay", ValueKind::kNumber, kLongestDelay,
      "delay=MS         every answer leaves that many milliseconds later"},
     {FaultKind::kTruncate, "truncate", ValueKind::kNumber, kNoLimit,
@@ -50,6 +51,9 @@ constexpr std::array<FaultRow, kFaultKinds> kFaults = {{
      "status-text=HEX  these bytes stand for the whole status text"},
     {FaultKind::kReset, "reset", ValueKind::kTimes, kNoLimit,
      "reset[=N]        raw connections are reset when their first bytes arrive"},
+    {FaultKind::kLack, "lack", ValueKind::kObject, 0,
+     "lack=OBJECT      a standard object is missing: sysDescr, hrDeviceType, hrDeviceDescr,\n"
+     "                   prtGeneralSerialNumber, ppmPrinterIEEE1284DeviceId"},
 }};
 
 const FaultRow* FindFault(std::string_view name) {
@@ -70,6 +74,12 @@ std::string Faults::Add(std::string_view text) {
     status_text_ = has_value ? FromHex(value) : std::nullopt;
     return status_text_ ? "" : "the value must be pairs of hexadecimal digits";
   }
+  if (row->value == ValueKind::kObject) {
+    const StandardObject object = FindStandardObject(value);
+    if (object == StandardObject::kNone) return "the value must be the name of a standard object";
+    lacking_.insert(object);
+    return "";
+  }
   const auto number = ParseNumber(value, row->limit);
   const bool needs_value = row->value == ValueKind::kNumber;
   if (has_value && row->value == ValueKind::kNone) return "this fault takes no value";
@@ -81,6 +91,12 @@ std::string Faults::Add(std::string_view text) {
   fault.value = number.value_or(0);
   if (row->kind == FaultKind::kDrop || row->value == ValueKind::kTimes) fault.times_left = number;
   return "";
+}
+
+void Faults::Seed(std::string_view text) {
+  for (const char c : text) {
+    random_state_ = random_state_ * 31U + static_cast<std::uint8_t>(c);
+  }
 }
 
 bool Faults::LosesRequest() {

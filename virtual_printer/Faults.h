@@ -7,10 +7,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "virtual_printer/Bytes.h"
+#include "virtual_printer/StandardObjects.h"
 
 namespace VirtualPrinter {
 
@@ -28,8 +30,9 @@ enum class FaultKind {
   kForget,
   kStatusText,
   kReset,
+  kLack,
 };
-constexpr std::size_t kFaultKinds = 13;
+constexpr std::size_t kFaultKinds = 14;
 
 // An oversized answer carries a reply padded to this many bytes.
 constexpr std::size_t kOversizedReply = 600;
@@ -47,6 +50,13 @@ class Faults {
   bool Strikes(FaultKind kind);
 
   std::chrono::milliseconds Delay() const;
+
+  // Whether the printer does without the object.
+  bool Lacks(StandardObject object) const { return lacking_.count(object) != 0; }
+
+  // Makes which requests are lost depend on text too, so that printers with different ones lose
+  // different requests.
+  void Seed(std::string_view text);
 
   // Replaces the whole status text.
   const std::optional<Bytes>& StatusText() const { return status_text_; }
@@ -72,6 +82,7 @@ class Faults {
 
   std::array<Fault, kFaultKinds> faults_;
   std::optional<Bytes> status_text_;
+  std::set<StandardObject> lacking_;
   std::uint32_t random_state_ = 1;
 };
 

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "virtual_printer/StandardObjects.h"
+
 namespace VirtualPrinter {
 namespace {
 
@@ -14,11 +16,7 @@ constexpr std::size_t kLongestMessage = 16384;
 
 const ObjectId kCommandPrefix = {1, 3, 6, 1, 4, 1, 2718, 1, 2, 2, 40, 1, 1, 2};
 const ObjectId kStatus = {1, 3, 6, 1, 4, 1, 2718, 1, 2, 2, 30, 1, 1, 1};
-const ObjectId kSysDescr = {1, 3, 6, 1, 2, 1, 1, 1, 0};
-const ObjectId kHrDeviceType = {1, 3, 6, 1, 2, 1, 25, 3, 2, 1, 2, 1};
-const ObjectId kHrDeviceDescr = {1, 3, 6, 1, 2, 1, 25, 3, 2, 1, 3, 1};
 const ObjectId kHrDevicePrinter = {1, 3, 6, 1, 2, 1, 25, 3, 1, 5};
-const ObjectId kPpmPrinterIeee1284DeviceId = {1, 3, 6, 1, 4, 1, 2699, 1, 2, 1, 2, 1, 1, 3, 1};
 
 // The command in an object identifier's payload; nothing if the payload's head disagrees with it.
 std::optional<Bytes> CommandOf(const ObjectId& object) {
@@ -40,28 +38,8 @@ std::optional<Bytes> CommandOf(const ObjectId& object) {
   return Bytes(payload.begin() + kPayloadHeadSize, payload.end());
 }
 
-bool IsStandard(const ObjectId& object) {
-  return object == kSysDescr || object == kHrDeviceType || object == kHrDeviceDescr ||
-         object == kPpmPrinterIeee1284DeviceId;
-}
-
 bool IsKnown(const std::string& community) {
   return community == kCommandCommunity || community == kPublicCommunity;
-}
-
-// Whether the object exists for this community: to the public one only the standard objects do.
-bool Exists(const ObjectId& object, const std::string& community) {
-  if (IsStandard(object)) return true;
-  return community == kCommandCommunity && (object == kStatus || CommandOf(object));
-}
-
-// The position of the first object that does not exist, counted from 1; 0 if all do.
-std::int32_t FirstUnknown(const SnmpRequest& request) {
-  const auto unknown = std::find_if(
-      request.objects.begin(), request.objects.end(),
-      [&request](const ObjectId& object) { return !Exists(object, request.community); });
-  if (unknown == request.objects.end()) return 0;
-  return static_cast<std::int32_t>(unknown - request.objects.begin()) + 1;
 }
 
 SnmpResponse Refusal(const SnmpRequest& request, SnmpError error, std::int32_t index) {
@@ -111,12 +89,34 @@ SnmpResponse SnmpAgent::Respond(const SnmpRequest& request) {
   return response;
 }
 
+bool SnmpAgent::Exists(const ObjectId& object, const std::string& community) const {
+  const StandardObject standard = FindStandardObject(object);
+  if (standard != StandardObject::kNone) return !faults_.Lacks(standard);
+  return community == kCommandCommunity && (object == kStatus || CommandOf(object));
+}
+
+std::int32_t SnmpAgent::FirstUnknown(const SnmpRequest& request) const {
+  const auto unknown =
+      std::find_if(request.objects.begin(), request.objects.end(),
+                   [&](const ObjectId& object) { return !Exists(object, request.community); });
+  if (unknown == request.objects.end()) return 0;
+  return static_cast<std::int32_t>(unknown - request.objects.begin()) + 1;
+}
+
 Bytes SnmpAgent::Value(const ObjectId& object) {
-  if (object == kHrDeviceType) return BerEncodeObjectId(kHrDevicePrinter);
-  if (object == kSysDescr || object == kHrDeviceDescr) {
-    return BerEncodeOctets(ToBytes(printer_.Model()));
+  switch (FindStandardObject(object)) {
+    case StandardObject::kSysDescr:
+    case StandardObject::kHrDeviceDescr:
+      return BerEncodeOctets(ToBytes(printer_.Model()));
+    case StandardObject::kHrDeviceType:
+      return BerEncodeObjectId(kHrDevicePrinter);
+    case StandardObject::kPrtGeneralSerialNumber:
+      return BerEncodeOctets(ToBytes(printer_.Serial()));
+    case StandardObject::kPpmPrinterIeee1284DeviceId:
+      return BerEncodeOctets(ToBytes(DeviceId(printer_)));
+    case StandardObject::kNone:
+      break;
   }
-  if (object == kPpmPrinterIeee1284DeviceId) return BerEncodeOctets(ToBytes(DeviceId(printer_)));
   if (object == kStatus) {
     Bytes status = printer_.StatusText();
     faults_.Pad(status);

@@ -28,6 +28,10 @@ class SnmpAgent {
   std::optional<Bytes> Answer(const Bytes& datagram);
 
  private:
+  // Whether the object exists for this community: to the public one only the standard objects do.
+  bool Exists(const ObjectId& object, const std::string& community) const;
+  // The position of the first object that does not exist, counted from 1; 0 if all do.
+  std::int32_t FirstUnknown(const SnmpRequest& request) const;
   Bytes Value(const ObjectId& object);
   SnmpResponse Respond(const SnmpRequest& request);
   void Distort(SnmpResponse& response);

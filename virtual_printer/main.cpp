@@ -59,6 +59,7 @@ int Run(Options& options) {
   if (!error.empty()) return Fail(path + ": " + error, 1);
 
   if (!CatchSignals()) return Fail("no pipe for the signals", 1);
+  options.faults.Seed(options.setup.serial);
   VirtualPrinter::Trace trace(options.trace ? &std::cerr : nullptr);
   VirtualPrinter::Printer printer(options.setup, records, options.faults, trace);
   VirtualPrinter::Server server(options.listen, options.snmp_port, options.raw_port, printer,

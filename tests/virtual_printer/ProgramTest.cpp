@@ -92,6 +92,7 @@ TEST(Program, SaysWhatIsWrong) {
       {2, {"--fault", ""}, "unknown fault"},
       {2, {"--fault", "drop"}, "drop: "},
       {2, {"--fault", "loss=101"}, "loss=101: "},
+      {2, {"--fault", "lack=sysName"}, "lack=sysName: "},
       {2, {"--fault", "delay=4294967296"}, "delay=4294967296: "},
       {2, {"--fault", "forget=1"}, "forget=1: "},
       {2, {"--fault", "na="}, "na=: "},

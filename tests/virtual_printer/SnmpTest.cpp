@@ -89,6 +89,7 @@ TEST(SnmpAgent, KnowsItsObjects) {
       {kPublic, "060B2B06010201190302010201", "06092B0601020119030105", "02020080"},
       {kPublic, "060B2B06010201190302010301", model, "0201FF"},
       {kPublic, "060F2B06010401950B0102010201010301", Element(0x04, ToHex(ToBytes(id)))},
+      {kPublic, "060B2B060102012B0501011101", "040A56503030303030303031"},
       {kPublic, kStatus, "", "0202FF7F"},
       {kPublic, "06082B06010201010200", "", "020480000000"},
       {kOrchid, CommandObject("03080000"), "04034E413B"},
@@ -113,6 +114,14 @@ TEST(SnmpAgent, KnowsItsObjects) {
               Message(0xA2, answered, state, community, request_id))
         << identifier;
   }
+}
+
+TEST(SnmpAgent, LacksWhatItIsToldTo) {
+  TestAgent agent;
+  EXPECT_EQ(agent.faults.Add("lack=sysDescr"), "");
+  const std::string asked = Element(0x30, kSysDescr + "0500");
+  EXPECT_EQ(agent.Get(Message(0xA0, asked)), Message(0xA2, asked, "020102020101"));
+  EXPECT_EQ(agent.Get(Request(kStatus)).find("020102020101"), std::string::npos);
 }
 
 TEST(SnmpAgent, AnswersAllObjectsOrNone) {
