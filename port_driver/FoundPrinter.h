@@ -21,6 +21,7 @@ struct FoundPrinter {
   std::string uuid;         // UUID of the device, in any of its spellings
   std::string address;      // numeric IP address, without zone; empty for a local device
   std::string deviceId;     // IEEE 1284 device identifier; fills in what is empty of the above
+  std::string asked;        // entry of Addresses by which a search on the network found it
 };
 
 }  // namespace ZIOP

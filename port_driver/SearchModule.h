@@ -47,6 +47,7 @@ inline constexpr std::string FoundPrinter::*kFoundPrinterFields[] = {
     &FoundPrinter::name,        &FoundPrinter::maker,   &FoundPrinter::model,
     &FoundPrinter::description, &FoundPrinter::uri,     &FoundPrinter::serial,
     &FoundPrinter::uuid,        &FoundPrinter::address, &FoundPrinter::deviceId,
+    &FoundPrinter::asked,
 };
 
 // Printers that are taken from one search; what it finds past them is left out, with one line on

@@ -15,6 +15,7 @@ FILES = {
     "virtual-printer": ("main", True),
     "libCoreFoundation.so": ("CFRelease", True),
     "libZIOP.so": ("ZIOPlugInFactory", False),
+    "libZIOPNetwork.so": ("ZIOPSearch", False),
 }
 
 

@@ -9,7 +9,7 @@ namespace {
 
 // What the module finds, a line each, and what it says on standard error.
 std::string Search(const std::string& path, const std::vector<std::string>& addresses) {
-  std::vector<FoundPrinter> found(1, FoundPrinter{"kept", {}, {}, {}, {}, {}, {}, {}, {}});
+  std::vector<FoundPrinter> found(1, FoundPrinter{"kept", {}, {}, {}, {}, {}, {}, {}, {}, {}});
   testing::internal::CaptureStderr();
   RunSearchModule(path, addresses, Deadline::After(std::chrono::seconds(60)), found);
   std::string text;
@@ -24,10 +24,10 @@ std::string Search(const std::string& path, const std::vector<std::string>& addr
 
 TEST(SearchModuleTest, HandsOverWhatItFound) {
   const std::string bytes("\0\xFF", 2);
-  const std::string printer = bytes + "|maker|model|text|uri|serial|uuid|address|id|";
-  EXPECT_EQ(
-      Search(FAKE_SEARCH, {printer, "", "throw", printer}),
-      "kept|||||||||\n" + printer + "\n|||||||||\n" + "ZIOP: search broken off: no\\x0Anetwork\n");
+  const std::string printer = bytes + "|maker|model|text|uri|serial|uuid|address|id|asked|";
+  EXPECT_EQ(Search(FAKE_SEARCH, {printer, "", "throw", printer}),
+            "kept||||||||||\n" + printer + "\n||||||||||\n" +
+                "ZIOP: search broken off: no\\x0Anetwork\n");
   EXPECT_THAT(Search(FAKE_SEARCH, std::vector<std::string>(kMaximumFoundPrinters + 1)),
               testing::EndsWith("|\nZIOP: printers left out: a search found more than 4096\n"));
 }
@@ -36,7 +36,7 @@ TEST(SearchModuleTest, AModuleThatCannotBeUsedIsReported) {
   for (const std::string path : {"/no/module.so", ZIOP_BUNDLE "/Contents/Linux/libZIOP.so",
                                  ZIOP_BUNDLE "/Contents/Info.plist"}) {
     EXPECT_THAT(Search(path, {""}),
-                testing::AllOf(testing::StartsWith("kept|||||||||\nZIOP: search "
+                testing::AllOf(testing::StartsWith("kept||||||||||\nZIOP: search "
                                                    "left out: " +
                                                    path),
                                testing::ContainsRegex("[^\n]*\n[^\n]*\n$")));

@@ -1,0 +1,27 @@
+// Where a search on the network asks, as the supported-printer list gives it:
+//
+//   HOST[:PORT]   HOST is a name, an IPv4 address, or an IPv6 address in brackets; brackets are
+//                 not needed without a port. An IPv6 address may end in "%" and its zone.
+#ifndef PORT_DRIVER_NETWORK_SEARCH_SEARCHADDRESS_H_
+#define PORT_DRIVER_NETWORK_SEARCH_SEARCHADDRESS_H_
+
+#include <cstdint>
+#include <string>
+
+namespace ZIOP {
+
+struct SearchAddress {
+  std::string entry;    // the text that it was read from
+  std::string host;     // without brackets, ready for getaddrinfo
+  uint16_t port = 161;  // UDP, 1 to 65535
+
+  // Throws DriverError (kParameter) for a text of another form.
+  static SearchAddress Parse(const std::string& text);
+
+  // Whether host needs no name service.
+  bool isNumeric() const;
+};
+
+}  // namespace ZIOP
+
+#endif  // PORT_DRIVER_NETWORK_SEARCH_SEARCHADDRESS_H_
