@@ -70,7 +70,7 @@ Printer::Reply Printer::Run(const Command& command) {
     case CommandKind::kSave:
       return MakePermanent(command.variable);
     case CommandKind::kStatus:
-      if (command.variable != Bytes{0x00, 0x01}) return std::nullopt;
+      if (!command.variable.empty()) return std::nullopt;
       return StatusText();
     case CommandKind::kUnknown:
       break;

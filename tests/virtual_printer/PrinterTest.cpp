@@ -76,7 +76,7 @@ TEST(Printer, RefusesWhatHardwareWouldRefuse) {
        {Initialize("3880"), Initialize("3703"), Initialize("379F"), Initialize("37")}},
       {"SV:NA;", {MakeCommand("SV", "00")}},
       {"VI:NA;", {MakeCommand("VI", "0100")}},  // only another family tells it
-      {"ST:NA;", {MakeCommand("ST", "010000")}},
+      {"ST:NA;", {MakeCommand("ST", "00"), MakeCommand("ST", "010001")}},
   };
   TestPrinter printer;
   for (const auto& [reply, commands] : kCases) {

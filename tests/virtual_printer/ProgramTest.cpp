@@ -140,7 +140,7 @@ TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
   const FileDescriptor watcher = printer.Connect();
   for (int round = 0; round < 3; ++round) {
     FileDescriptor host(open(path.c_str(), O_RDWR | O_NOCTTY));
-    Send(host, Remote({MakeCommand("ST", "010001"), kNothing}));
+    Send(host, Remote({MakeCommand("ST", "01"), kNothing}));
     EXPECT_EQ(ReadText(host, 9), "A\r\nXX:NA;") << round;
     Bytes broken_off = Remote({kSave});
     Append(broken_off, kEnter);
