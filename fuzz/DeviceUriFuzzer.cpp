@@ -23,6 +23,10 @@ std::string Encoded(const std::string& text) {
 
 // A URI with every part written out.
 std::string Written(const DeviceURI& uri) {
+  if (uri.isLocal()) {
+    return "file:///" + Encoded(uri.path.substr(1)) +
+           "?timeout=" + std::to_string(uri.timeout.count());
+  }
   const bool is_address = uri.host.find(':') != std::string::npos;
   const std::string host = is_address ? "[" + Encoded(uri.host) + "]" : Encoded(uri.host);
   return "socket://" + host + ":" + std::to_string(uri.rawPort) +
@@ -33,13 +37,15 @@ std::string Written(const DeviceURI& uri) {
 
 void Check(const DeviceURI& uri) {
   using std::chrono::milliseconds;
-  FUZZ_CHECK(!uri.host.empty() && uri.host.find('\0') == std::string::npos);
+  FUZZ_CHECK(uri.isLocal() == uri.host.empty());
+  FUZZ_CHECK(!uri.isLocal() || uri.path.front() == '/');
+  FUZZ_CHECK((uri.host + uri.path).find('\0') == std::string::npos);
   FUZZ_CHECK(uri.rawPort != 0 && uri.snmpPort != 0);
   FUZZ_CHECK(uri.timeout >= milliseconds(1) && uri.timeout <= milliseconds(600000));
   FUZZ_CHECK(uri.retries >= 0 && uri.retries <= 100);
   FUZZ_CHECK(uri.budget() >= uri.timeout);
   const DeviceURI again = DeviceURI::Parse(Written(uri));
-  FUZZ_CHECK(again.host == uri.host && again.rawPort == uri.rawPort &&
+  FUZZ_CHECK(again.host == uri.host && again.path == uri.path && again.rawPort == uri.rawPort &&
              again.snmpPort == uri.snmpPort && again.timeout == uri.timeout &&
              again.retries == uri.retries && again.matchesIdOnly == uri.matchesIdOnly);
 }

@@ -40,11 +40,11 @@ CFRef<CFDictionaryRef> MakeRecord(CFTypeRef value) {
   const CFStringRef target = Take(entry, ZIO_INFO_TARGET_NAME, CFSTR(ZIO_INFO_TARGET_NAME));
   const CFStringRef device = Take(entry, ZIO_INFO_PRINTER_NAME, CFSTR(ZIO_INFO_PRINTER_NAME));
   const std::string uri = TextOf(Take(entry, "DeviceURI", CFSTR("DeviceURI")));
-  DeviceURI::Parse(uri);
+  const bool is_local = DeviceURI::Parse(uri).isLocal();
   const CFRef<CFDataRef> address(CFDataCreate(kCFAllocatorDefault,
                                               reinterpret_cast<const UInt8*>(uri.data()),
                                               static_cast<CFIndex>(uri.size())));
-  const SInt32 port_type = ZIO_PORT_TYPE_TCPIP;
+  const SInt32 port_type = is_local ? ZIO_PORT_TYPE_LOCAL : ZIO_PORT_TYPE_TCPIP;
   const CFRef<CFNumberRef> type(
       CFNumberCreate(kCFAllocatorDefault, kCFNumberSInt32Type, &port_type));
   const void* keys[] = {CFSTR(ZIO_INFO_TARGET_NAME), CFSTR(ZIO_INFO_PRINTER_NAME),

@@ -13,7 +13,6 @@
 namespace ZIOP {
 namespace {
 
-constexpr std::string_view kScheme = "socket";
 constexpr std::size_t kMaximumHostLength = 255;
 
 [[noreturn]] void Refuse(const std::string& reason) {
@@ -79,23 +78,26 @@ uint16_t ParsePort(std::string_view name, std::string_view text) {
   return static_cast<uint16_t>(ParseNumber(name, text, 1, 65535));
 }
 
+enum class Target { kNetwork, kAny };
+
 struct Option {
   std::string_view name;
+  Target target;
   void (*set)(DeviceURI& uri, const std::string& value);
 };
 
 constexpr Option kOptions[] = {
-    {"snmp",
+    {"snmp", Target::kNetwork,
      [](DeviceURI& uri, const std::string& value) { uri.snmpPort = ParsePort("snmp", value); }},
-    {"timeout",
+    {"timeout", Target::kAny,
      [](DeviceURI& uri, const std::string& value) {
        uri.timeout = std::chrono::milliseconds(ParseNumber("timeout", value, 1, 600000));
      }},
-    {"retries",
+    {"retries", Target::kNetwork,
      [](DeviceURI& uri, const std::string& value) {
        uri.retries = ParseNumber("retries", value, 0, 100);
      }},
-    {"match",
+    {"match", Target::kNetwork,
      [](DeviceURI& uri, const std::string& value) {
        if (value != "id") {
          Refuse("match takes \"id\" alone");
@@ -119,8 +121,10 @@ void ParseOptions(std::string_view query, DeviceURI& uri) {
     more = query.find('&') != std::string_view::npos;
     std::string_view option = TakeUntil(query, '&');
     const std::string name = PercentDecode(TakeUntil(option, '='));
-    const auto row = std::find_if(std::begin(kOptions), std::end(kOptions),
-                                  [&](const Option& each) { return each.name == name; });
+    const auto row =
+        std::find_if(std::begin(kOptions), std::end(kOptions), [&](const Option& each) {
+          return each.name == name && (!uri.isLocal() || each.target == Target::kAny);
+        });
     if (row == std::end(kOptions)) {
       Refuse("unknown option \"" + Ravik::Printable(name) + "\"");
     }
@@ -179,6 +183,33 @@ void ParseAuthority(std::string_view authority, DeviceURI& uri) {
   uri.rawPort = ParsePort("port", authority.substr(1));
 }
 
+// HOST[:PORT][/]
+void ParseSocket(std::string_view place, DeviceURI& uri) {
+  if (!place.empty() && place.back() == '/') {
+    place.remove_suffix(1);
+  }
+  ParseAuthority(place, uri);
+}
+
+// An absolute path: no host stands before it.
+void ParseFile(std::string_view place, DeviceURI& uri) {
+  if (place.empty() || place.front() != '/') {
+    Refuse("no absolute path behind \"file://\"");
+  }
+  uri.path = PercentDecode(place);
+  if (uri.path.find('\0') != std::string::npos || place.find('#') != std::string_view::npos) {
+    Refuse("path holds a character that no device's path has");
+  }
+  uri.retries = 0;
+}
+
+struct Scheme {
+  std::string_view name;
+  void (*parse)(std::string_view place, DeviceURI& uri);
+};
+
+constexpr Scheme kSchemes[] = {{"socket", ParseSocket}, {"file", ParseFile}};
+
 void CheckCharacters(std::string_view text) {
   if (text.size() > kMaximumURILength) {
     Refuse("longer than " + std::to_string(kMaximumURILength) + " bytes");
@@ -189,33 +220,32 @@ void CheckCharacters(std::string_view text) {
 }
 
 // Cuts "SCHEME://" off the front of text.
-void TakeScheme(std::string_view& text) {
+const Scheme& TakeScheme(std::string_view& text) {
   const std::size_t end = text.find("://");
   if (end == std::string_view::npos || end == 0) {
     Refuse("no scheme");
   }
-  std::string scheme(text.substr(0, end));
-  std::transform(scheme.begin(), scheme.end(), scheme.begin(),
+  std::string name(text.substr(0, end));
+  std::transform(name.begin(), name.end(), name.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c; });
-  if (scheme != kScheme) {
+  const auto* const row = std::find_if(std::begin(kSchemes), std::end(kSchemes),
+                                       [&](const Scheme& each) { return each.name == name; });
+  if (row == std::end(kSchemes)) {
     throw DriverError(DriverCode::kUnsupported,
-                      "device URI: no port for scheme \"" + Ravik::Printable(scheme) + "\"");
+                      "device URI: no port for scheme \"" + Ravik::Printable(name) + "\"");
   }
   text.remove_prefix(end + 3);
+  return *row;
 }
 
 }  // namespace
 
 DeviceURI DeviceURI::Parse(std::string_view text) {
   CheckCharacters(text);
-  TakeScheme(text);
+  const Scheme& scheme = TakeScheme(text);
   DeviceURI uri;
   const std::size_t query = text.find('?');
-  std::string_view place = text.substr(0, query);
-  if (!place.empty() && place.back() == '/') {
-    place.remove_suffix(1);
-  }
-  ParseAuthority(place, uri);
+  scheme.parse(text.substr(0, query), uri);
   if (query != std::string_view::npos) {
     ParseOptions(text.substr(query + 1), uri);
   }

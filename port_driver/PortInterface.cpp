@@ -7,9 +7,11 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "corefoundation/Foundation.h"
 #include "port_driver/FunctionTable.h"
+#include "port_driver/LocalPort.h"
 #include "port_driver/NetworkPort.h"
 
 namespace ZIOP {
@@ -18,6 +20,13 @@ namespace {
 std::string_view Bytes(const char* bytes, int64_t length) {
   Require(length >= 0 && (bytes != nullptr || length == 0), "bytes are missing or of no length");
   return {bytes, static_cast<std::size_t>(length)};
+}
+
+std::unique_ptr<Port> MakePort(DeviceURI uri) {
+  if (uri.isLocal()) {
+    return std::make_unique<LocalPort>(std::move(uri));
+  }
+  return std::make_unique<NetworkPort>(std::move(uri));
 }
 
 class PortInterface : public ZIOPortInterface {
@@ -41,12 +50,12 @@ class PortInterface : public ZIOPortInterface {
   void Report(DriverCode code, const char* message) noexcept;
 
  private:
-  NetworkPort& port();
+  Port& port();
   void ExchangeSnmp(ZIOSnmpExchange& block);
 
   ZIOErrorCallback callback_ = nullptr;
   void* context_ = nullptr;
-  std::unique_ptr<NetworkPort> port_;  // from initialise to terminate
+  std::unique_ptr<Port> port_;  // from initialise to terminate
 };
 
 PortInterface& Self(ZIOPortInterface* interface) {
@@ -91,7 +100,7 @@ constexpr ZIOPortTable kTable = {
 
 PortInterface::PortInterface() : ZIOPortInterface{&kTable} {}
 
-NetworkPort& PortInterface::port() {
+Port& PortInterface::port() {
   Require(port_ != nullptr, "the interface is not initialised");
   return *port_;
 }
@@ -107,7 +116,7 @@ void PortInterface::Initialise(int version, const ZIOOpenParameter* parameter) {
   const CFDataRef address = CFCast<CFDataRef>(parameter->portInformation);
   Require(address != nullptr, "the port information is no data");
   const auto* bytes = reinterpret_cast<const char*>(CFDataGetBytePtr(address));
-  port_ = std::make_unique<NetworkPort>(DeviceURI::Parse(Bytes(bytes, CFDataGetLength(address))));
+  port_ = MakePort(DeviceURI::Parse(Bytes(bytes, CFDataGetLength(address))));
 }
 
 void PortInterface::Terminate() {

@@ -12,6 +12,9 @@ namespace {
 std::string Describe(const std::string& text) {
   try {
     const DeviceURI uri = DeviceURI::Parse(text);
+    if (uri.isLocal()) {
+      return uri.path + " " + std::to_string(uri.budget().count());
+    }
     return uri.host + " " + std::to_string(uri.rawPort) + " " + std::to_string(uri.snmpPort) + " " +
            std::to_string(uri.timeout.count()) + " " + std::to_string(uri.retries) +
            (uri.matchesIdOnly ? " id" : "");
@@ -31,6 +34,16 @@ TEST(DeviceURITest, IsReadStrictly) {
       {"socket://M%C3%BCller.local", "M\xC3\xBCller.local 9100 161 1000 3"},
       {"socket://h:9/?timeout=1&retries=0&snmp=65535&match=id", "h 9 65535 1 0 id"},
       {"socket://h?%74imeout=%36%30%30000&retries=100", "h 9100 161 600000 100"},
+      // Path, the port's own time.
+      {"File:///dev/usb/lp0", "/dev/usb/lp0 1000"},
+      {"file:///d%C3%A9v/a%3F%23%25b?timeout=600000", "/d\xC3\xA9v/a?#%b 600000"},
+      {"file://", "no absolute path behind \"file://\""},
+      {"file://localhost/dev/usb/lp0", "no absolute path behind \"file://\""},
+      {"file:///dev/lp%00", "no device's path has"},
+      {"file:///dev/lp0#1", "no device's path has"},
+      {"file:///dev/lp0?retries=1", "unknown option \"retries\""},
+      {"file:///dev/lp0?timeout=0", "timeout is no number from 1 to 600000"},
+      {"usb://h", "no port for scheme \"usb\""},
       {"://h", "no scheme"},
       {"socket://?snmp=1", "no host"},
       {"socket://h//", "no host name has"},

@@ -9,6 +9,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <string>
 
 #include "port_driver/HostAddress.h"
@@ -68,15 +69,16 @@ inline long ProcessorTime() {
   return time.tv_sec * 1000 + time.tv_nsec / 1000000;
 }
 
-// Reads length bytes, or to the end; "(broken)" follows what came before a reset.
+// Reads length bytes, or to the end, which for a terminal is that the host closes it; "(broken)"
+// follows what came before a reset.
 inline std::string ReadAll(const FileDescriptor& connection,
                            std::size_t length = std::string::npos) {
   std::string bytes, buffer(65536, '\0');
   while (bytes.size() < length) {
     const std::size_t wanted = std::min(buffer.size(), length - bytes.size());
-    const ssize_t n = ::recv(connection.get(), buffer.data(), wanted, 0);
+    const ssize_t n = ::read(connection.get(), buffer.data(), wanted);
     if (n <= 0) {
-      return n == 0 ? bytes : bytes + "(broken)";
+      return n == 0 || errno == EIO ? bytes : bytes + "(broken)";
     }
     bytes.append(buffer, 0, static_cast<std::size_t>(n));
   }
@@ -84,7 +86,9 @@ inline std::string ReadAll(const FileDescriptor& connection,
 }
 
 inline void Send(const FileDescriptor& connection, const std::string& bytes) {
-  ::send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  if (::send(connection.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0 && errno == ENOTSOCK) {
+    EXPECT_GE(::write(connection.get(), bytes.data(), bytes.size()), 0);
+  }
 }
 
 // One BER element; the length takes one byte or, from 128 on, five.

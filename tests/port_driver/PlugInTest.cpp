@@ -35,6 +35,19 @@ TEST(PlugInTest, MakesWhatIsAskedForAndNothingElse) {
   EXPECT_EQ(info->table->release(info), 0);
 }
 
+TEST(PlugInTest, RefusesToInitialiseAPort) {
+  PluggedPort port;
+  EXPECT_EQ(port.Initialise(CFRef<CFTypeRef>()), -2);
+  EXPECT_EQ(port.Initialise(MakeText("socket://h")), -2);
+  EXPECT_EQ(port.Initialise(fake_plugin::MakeData("")), -2);
+  EXPECT_EQ(port.error, "device URI: no scheme");
+  EXPECT_EQ(port.Initialise(fake_plugin::MakeData("usb://h")), -5);
+  EXPECT_EQ(port.Initialise(fake_plugin::MakeData("socket://h"), 1), -5);
+  EXPECT_EQ(port.Call(&ZIOPortTable::initialise, 2, static_cast<const ZIOOpenParameter*>(nullptr)),
+            -2);
+  EXPECT_EQ(port.Call(&ZIOPortTable::open), -2);
+}
+
 TEST(PlugInTest, ListsTheConfiguredPrinters) {
   using Entries = std::map<std::string, CFRef<CFTypeRef>>;
   const auto printer = [](const char* name, const char* uri, const Entries& others) {
@@ -52,11 +65,13 @@ TEST(PlugInTest, ListsTheConfiguredPrinters) {
       printer("n", "socket://192.0.2.1", {{ZIO_INFO_PRINTER_NAME, number}}),
       printer("bad", "socket://192.0.2.1:0", model),
       number,
+      printer("cable", "file:///dev/lp0", model),
       printer("last", "socket://192.0.2.1:9", model),
   });
   testing::internal::CaptureStderr();
   EXPECT_TRUE(Lists(MakeDictionary({{"Printers", list}}),
                     {MakeRecord({"B\u00FCro", "Model", "socket://192.0.2.1"}),
+                     MakeRecord({"cable", "Model", "file:///dev/lp0", ZIO_PORT_TYPE_LOCAL}),
                      MakeRecord({"last", "Model", "socket://192.0.2.1:9"})}));
   EXPECT_TRUE(Lists(MakeDictionary({{"Printers", MakeText("socket://h")}})));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),

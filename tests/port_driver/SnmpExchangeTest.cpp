@@ -90,6 +90,17 @@ TEST(SnmpExchangeTest, RefusalsAreWaitedOut) {
   EXPECT_EQ(taken.get(), SnmpAnswer(kRequest, 200));
 }
 
+TEST(SnmpExchangeTest, AStatusTextIsAnOctetString) {
+  Peer peer(SOCK_DGRAM);
+  PluggedPort port(SnmpUri(peer.port()));
+  std::string buffer(ZIO_STATUS_BUFFER_SIZE, '#');
+  auto result = std::async(std::launch::async,
+                           [&] { return port.Call(&ZIOPortTable::status, buffer.data()); });
+  peer.Send(SnmpAnswer(peer.Receive(), Element(0x05, "")));
+  EXPECT_EQ(result.get(), -8);
+  EXPECT_EQ(buffer, std::string(ZIO_STATUS_BUFFER_SIZE, '#'));
+}
+
 TEST(DeadlineTest, Arithmetic) {
   const Deadline::Clock::time_point now{};
   EXPECT_EQ(Deadline(now + std::chrono::microseconds(1)).PollTimeout(now), 1) << "never too early";
