@@ -79,11 +79,11 @@ LocalDevice::LocalDevice(const DeviceURI& uri, Waiter& waiter) : ByteStream(uri,
 
 // None when another program has the device. Looks before it opens, since opening may have effects
 // on what is no device, and again at what it has opened.
-FileDescriptor LocalDevice::TryToOpen() const {
+Ravik::FileDescriptor LocalDevice::TryToOpen() const {
   const std::string& path = uri_.path;
   struct stat node {};
   CheckKind(::stat(path.c_str(), &node), node, path);
-  FileDescriptor file(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  Ravik::FileDescriptor file(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   if (!file) {
     if (errno == EBUSY || errno == EINTR) {
       return file;

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "port_driver/ByteStream.h"
-#include "port_driver/FileDescriptor.h"
+#include "util/FileDescriptor.h"
 
 namespace ZIOP {
 
@@ -38,13 +38,13 @@ class LocalDevice : public ByteStream {
   std::size_t TryToSend(std::string_view bytes) override;
   std::size_t TryToReceive(char* buffer, std::size_t capacity) override;
 
-  FileDescriptor TryToOpen() const;
+  Ravik::FileDescriptor TryToOpen() const;
   std::size_t Transferred(const char* call, ssize_t result) const;
   void CheckPresence() const;
   void AwaitSent();
   void DropStaleBytes();
 
-  FileDescriptor file_;
+  Ravik::FileDescriptor file_;
   bool writing_ = false;     // the exchange in progress has not begun to read
   bool owes_reply_ = false;  // the printer is to reply, and has not begun to
 };

@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "port_driver/FileDescriptor.h"
+#include "util/FileDescriptor.h"
 
 namespace ZIOP {
 
@@ -26,10 +26,10 @@ class LocalPeer {
   }
 
   // Closed as long as the peer lives, the host finds the device unplugged.
-  FileDescriptor& side() { return terminal_; }
+  Ravik::FileDescriptor& side() { return terminal_; }
 
  private:
-  FileDescriptor terminal_;
+  Ravik::FileDescriptor terminal_;
   std::string path_;
 };
 

@@ -135,7 +135,7 @@ TEST(LocalPortTest, AnUnpluggedDeviceIsReportedAtOnce) {
   PluggedPort port(peer.Uri(20000));
   char text[ZIO_STATUS_BUFFER_SIZE];
   EXPECT_EQ(port.Write(kCommand), 0);
-  peer.side() = FileDescriptor();
+  peer.side() = Ravik::FileDescriptor();
   EXPECT_EQ(port.Write("x"), -8);
   EXPECT_EQ(port.Call(&Table::flush, static_cast<unsigned char>(0)), -8);
   EXPECT_EQ(port.Read(1), "code -8");

@@ -35,7 +35,7 @@ class Printer {
   }
 
   // The printer's side of the byte stream, once.
-  FileDescriptor Accept() { return IsLocal() ? std::move(local_->side()) : raw_.Accept(); }
+  Ravik::FileDescriptor Accept() { return IsLocal() ? std::move(local_->side()) : raw_.Accept(); }
 
   void AnswerStatusRequest(const std::string& text) {
     if (!IsLocal()) {
@@ -147,7 +147,7 @@ TEST_P(PortContractTest, StatusTextsFitTheBuffer) {
 TEST_P(PortContractTest, NoByteIsLost) {
   const std::string data = BigData();
   auto received = std::async(std::launch::async, [&] {
-    const FileDescriptor connection = printer.Accept();
+    const Ravik::FileDescriptor connection = printer.Accept();
     const std::string start = ReadAll(connection, 7);
     // What the printer says and nobody reads must not cost the bytes on their way.
     Send(connection, std::string(3000, 's'));
@@ -183,7 +183,7 @@ TEST_P(PortContractTest, ReadingEndsInItsTime) {
     PluggedPort port(peer.Uri(row.timeout));
     auto reply =
         std::async(std::launch::async, [&] { return port.Control("command", row.capacity); });
-    FileDescriptor connection = peer.Accept();
+    Ravik::FileDescriptor connection = peer.Accept();
     EXPECT_EQ(ReadAll(connection, 7), "command");
     Send(connection, row.start);
     for (int i = 0; i < row.later; ++i) {
@@ -195,7 +195,7 @@ TEST_P(PortContractTest, ReadingEndsInItsTime) {
       ::setsockopt(connection.get(), SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
     }
     if (row.end != std::string()) {
-      connection = FileDescriptor();
+      connection = Ravik::FileDescriptor();
     }
     EXPECT_EQ(reply.get(), GetParam() ? row.local : row.network) << row.what;
   }
@@ -217,7 +217,7 @@ TEST_P(PortContractTest, CancelEndsReadingAndWriting) {
     Printer peer(GetParam());
     PluggedPort port(peer.Uri(20000));
     const auto canceller = std::async(std::launch::async, [&] {
-      const FileDescriptor connection = peer.Accept();
+      const Ravik::FileDescriptor connection = peer.Accept();
       ReadAll(connection, 1);
       port.Call(&Table::cancel);
       ReadAll(connection);
