@@ -3,23 +3,14 @@
 
 #include <string>
 
-#include "port_driver/DeviceURI.h"
 #include "port_driver/DriverError.h"
+#include "port_driver/PrinterRecord.h"
+#include "port_driver/PropertyText.h"
 #include "printer_io/ZIOPlugin.h"
 #include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
-
-std::string TextOf(CFStringRef string) {
-  const CFRange whole = CFRangeMake(0, CFStringGetLength(string));
-  CFIndex size = 0;
-  CFStringGetBytes(string, whole, kCFStringEncodingUTF8, '?', false, nullptr, 0, &size);
-  std::string text(static_cast<std::size_t>(size), '\0');
-  CFStringGetBytes(string, whole, kCFStringEncodingUTF8, '?', false,
-                   reinterpret_cast<UInt8*>(text.data()), size, nullptr);
-  return text;
-}
 
 // The string that entry has for key.
 CFStringRef Take(CFDictionaryRef entry, const char* name, CFStringRef key) {
@@ -37,22 +28,9 @@ CFRef<CFDictionaryRef> MakeRecord(CFTypeRef value) {
   if (entry == nullptr) {
     throw DriverError(DriverCode::kParameter, "it is no dictionary");
   }
-  const CFStringRef target = Take(entry, ZIO_INFO_TARGET_NAME, CFSTR(ZIO_INFO_TARGET_NAME));
-  const CFStringRef device = Take(entry, ZIO_INFO_PRINTER_NAME, CFSTR(ZIO_INFO_PRINTER_NAME));
-  const std::string uri = TextOf(Take(entry, "DeviceURI", CFSTR("DeviceURI")));
-  const bool is_local = DeviceURI::Parse(uri).isLocal();
-  const CFRef<CFDataRef> address(CFDataCreate(kCFAllocatorDefault,
-                                              reinterpret_cast<const UInt8*>(uri.data()),
-                                              static_cast<CFIndex>(uri.size())));
-  const SInt32 port_type = is_local ? ZIO_PORT_TYPE_LOCAL : ZIO_PORT_TYPE_TCPIP;
-  const CFRef<CFNumberRef> type(
-      CFNumberCreate(kCFAllocatorDefault, kCFNumberSInt32Type, &port_type));
-  const void* keys[] = {CFSTR(ZIO_INFO_TARGET_NAME), CFSTR(ZIO_INFO_PRINTER_NAME),
-                        CFSTR(ZIO_INFO_ADDRESS), CFSTR(ZIO_INFO_IOX_TYPE)};
-  const void* values[] = {target, device, address.get(), type.get()};
-  return CFRef<CFDictionaryRef>(CFDictionaryCreate(kCFAllocatorDefault, keys, values, 4,
-                                                   &kCFTypeDictionaryKeyCallBacks,
-                                                   &kCFTypeDictionaryValueCallBacks));
+  const CFStringRef name = Take(entry, ZIO_INFO_TARGET_NAME, CFSTR(ZIO_INFO_TARGET_NAME));
+  const CFStringRef model = Take(entry, ZIO_INFO_PRINTER_NAME, CFSTR(ZIO_INFO_PRINTER_NAME));
+  return MakePrinterRecord(name, model, TextOf(Take(entry, "DeviceURI", CFSTR("DeviceURI"))));
 }
 
 // How a line on standard error calls an entry: by its place, from 1, and its name if it has one.

@@ -3,26 +3,28 @@
 
 #include <algorithm>
 
+#include "port_driver/PlainText.h"
+
 namespace ZIOP {
 namespace {
 
 struct Key {
-  std::string_view name;
+  std::string_view name;  // in lower case
   std::string DeviceId::*text;
 };
 
 constexpr Key kKeys[] = {
-    {"MFG", &DeviceId::manufacturer},
-    {"MANUFACTURER", &DeviceId::manufacturer},
-    {"MDL", &DeviceId::model},
-    {"MODEL", &DeviceId::model},
-    {"CMD", &DeviceId::commandSet},
-    {"COMMAND SET", &DeviceId::commandSet},
-    {"SN", &DeviceId::serial},
-    {"SERN", &DeviceId::serial},
-    {"SERIALNUMBER", &DeviceId::serial},
-    {"DES", &DeviceId::description},
-    {"DESCRIPTION", &DeviceId::description},
+    {"mfg", &DeviceId::manufacturer},
+    {"manufacturer", &DeviceId::manufacturer},
+    {"mdl", &DeviceId::model},
+    {"model", &DeviceId::model},
+    {"cmd", &DeviceId::commandSet},
+    {"command set", &DeviceId::commandSet},
+    {"sn", &DeviceId::serial},
+    {"sern", &DeviceId::serial},
+    {"serialnumber", &DeviceId::serial},
+    {"des", &DeviceId::description},
+    {"description", &DeviceId::description},
 };
 
 bool IsControl(char c) {
@@ -42,30 +44,6 @@ std::string_view TakePart(std::string_view& bytes) {
   return part;
 }
 
-// Blanks around text off, runs of them as one.
-std::string Tidy(std::string_view text) {
-  std::string tidy;
-  bool pending = false;
-  for (const char c : text) {
-    if (c == ' ' || IsControl(c)) {
-      pending = !tidy.empty();
-      continue;
-    }
-    if (pending) {
-      tidy += ' ';
-      pending = false;
-    }
-    tidy += c;
-  }
-  return tidy;
-}
-
-bool IsKey(const std::string& text, std::string_view name) {
-  return std::equal(text.begin(), text.end(), name.begin(), name.end(), [](char c, char upper) {
-    return (c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c) == upper;
-  });
-}
-
 }  // namespace
 
 DeviceId DeviceId::Parse(std::string_view bytes) {
@@ -79,9 +57,9 @@ DeviceId DeviceId::Parse(std::string_view bytes) {
     if (colon == std::string_view::npos) {
       continue;
     }
-    const std::string name = Tidy(part.substr(0, colon));
+    const std::string name = LowerCase(Tidy(part.substr(0, colon)));
     const auto* const key = std::find_if(std::begin(kKeys), std::end(kKeys),
-                                         [&](const Key& each) { return IsKey(name, each.name); });
+                                         [&](const Key& each) { return each.name == name; });
     if (key != std::end(kKeys) && (id.*key->text).empty()) {
       id.*key->text = Tidy(part.substr(colon + 1));
     }
