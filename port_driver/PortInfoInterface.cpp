@@ -3,6 +3,7 @@
 
 #include "corefoundation/Foundation.h"
 #include "port_driver/ConfiguredPrinters.h"
+#include "port_driver/Discovery.h"
 #include "port_driver/FunctionTable.h"
 #include "util/Diagnostics.h"
 
@@ -70,6 +71,7 @@ void PortInfoInterface::Search() {
   const CFRef<CFMutableArrayRef> records(
       CFArrayCreateMutable(kCFAllocatorDefault, 0, &kCFTypeArrayCallBacks));
   AppendConfiguredPrinters(information_.get(), records.get());
+  AppendFoundPrinters(information_.get(), records.get());
   const void* keys[] = {CFSTR(ZIO_INFO_PRINTER_LIST)};
   const void* values[] = {records.get()};
   list_ = CFRef<CFDictionaryRef>(CFDictionaryCreate(kCFAllocatorDefault, keys, values, 1,

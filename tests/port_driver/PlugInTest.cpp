@@ -2,8 +2,12 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <memory>
+#include <set>
 #include <sstream>
 
+#include "ModelInfomation/ReadClass.h"
+#include "port_driver/PropertyText.h"
 #include "printer_io/MakeZIOPortInfo.h"
 #include "tests/port_driver/PluggedPort.h"
 #include "util/FileDescriptor.h"
@@ -84,12 +88,24 @@ TEST(PlugInTest, ListsTheConfiguredPrinters) {
             "ZIOP: Printers left out: it is no array\n");
 }
 
-TEST(PlugInTest, TheShippedListIsEmpty) {
+TEST(PlugInTest, TheShippedListIsEmptyAndKnowsTheModels) {
   std::stringstream shipped;
   shipped << std::ifstream(ZIOP_PRINTER_LIST).rdbuf();
-  EXPECT_TRUE(Lists(CFRef<CFDictionaryRef>(static_cast<CFDictionaryRef>(
+  const CFRef<CFDictionaryRef> list(static_cast<CFDictionaryRef>(
       CFPropertyListCreateWithData(nullptr, fake_plugin::MakeData(shipped.str()).get(),
-                                   kCFPropertyListImmutable, nullptr, nullptr)))));
+                                   kCFPropertyListImmutable, nullptr, nullptr)));
+  EXPECT_TRUE(Lists(list));
+  const auto models =
+      CFCast<CFArrayRef>(CFDictionaryGetValue(list.get(), CFSTR("SupportedPrinters")));
+  ASSERT_NE(models, nullptr);
+  std::set<std::string> names;
+  for (CFIndex i = 0; i < CFArrayGetCount(models); ++i) {
+    const std::string name = TextOf(CFCast<CFStringRef>(CFArrayGetValueAtIndex(models, i)));
+    EXPECT_NE(std::unique_ptr<Ravik::IPrinterClass>(Ravik::GetPrinterObject(name)), nullptr)
+        << name;
+    names.insert(name);
+  }
+  EXPECT_EQ(names.size(), 18U);
 }
 
 // A reader that is gone would end the process with a signal, and one that does not read stop it.

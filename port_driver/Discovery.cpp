@@ -1,0 +1,153 @@
+// From the searches to printer records.
+#include "port_driver/Discovery.h"
+
+#include <netdb.h>
+
+#include <deque>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "port_driver/DeviceURI.h"
+#include "port_driver/DiscoverySettings.h"
+#include "port_driver/DriverError.h"
+#include "port_driver/HostAddress.h"
+#include "port_driver/LocalSearch.h"
+#include "port_driver/PrinterCatalogue.h"
+#include "port_driver/SearchModule.h"
+#include "port_driver/SearchThread.h"
+#include "util/Diagnostics.h"
+
+namespace ZIOP {
+namespace {
+
+struct Findings {
+  std::vector<FoundPrinter> found;
+  HostAddresses hosts;
+};
+
+std::string NumericText(const HostAddress& address) {
+  char text[NI_MAXHOST];
+  const int status =
+      ::getnameinfo(address.get(), address.length, text, sizeof text, nullptr, 0, NI_NUMERICHOST);
+  return status == 0 ? text : "";
+}
+
+template <typename Printer>
+std::vector<std::string> URIsOf(const std::vector<Printer>& printers) {
+  std::vector<std::string> uris;
+  uris.reserve(printers.size());
+  for (const Printer& printer : printers) {
+    uris.push_back(printer.uri);
+  }
+  return uris;
+}
+
+// Hosts of network printers; a URI that cannot be read has none.
+std::set<std::string> HostsOf(const std::vector<std::string>& uris) {
+  std::set<std::string> hosts;
+  for (const std::string& uri : uris) {
+    try {
+      hosts.insert(DeviceURI::Parse(uri).host);
+    } catch (const DriverError&) {
+      continue;
+    }
+  }
+  hosts.erase(std::string());
+  return hosts;
+}
+
+// Looks up the hosts of the URIs. One whose addresses are not known by the deadline is passed over:
+// it may just as well be a printer that is switched off.
+void LookUp(const std::vector<std::string>& uris, const Deadline& deadline, HostAddresses& known) {
+  Waiter waiter;
+  const std::set<std::string> hosts = HostsOf(uris);
+  auto left = static_cast<int>(hosts.size());
+  for (const std::string& host : hosts) {
+    try {
+      for (const HostAddress& address : ResolveHost(host, deadline.Share(left), waiter)) {
+        known[host].push_back(NumericText(address));
+      }
+    } catch (const DriverError&) {
+      known.erase(host);
+    }
+    --left;
+  }
+}
+
+void SearchWithModule(const char* module, const DiscoverySettings& settings,
+                      const Deadline& deadline, Findings& findings) {
+  RunSearchModule(DriverFolder() + "/" + module, settings.addresses, deadline, findings.found);
+  LookUp(URIsOf(findings.found), deadline, findings.hosts);
+}
+
+struct Results {
+  Findings queues;
+  Findings network;
+  Findings local;
+  HostAddresses configured;
+};
+
+// Runs the searches at the same time; each ends by the deadline.
+void RunSearches(const DiscoverySettings& settings, const std::vector<std::string>& configured,
+                 Results& results) {
+  const Deadline deadline = Deadline::After(settings.timeout);
+  std::deque<SearchThread> threads;
+  threads.emplace_back([&] { LookUp(configured, deadline, results.configured); });
+  if (settings.queues) {
+    threads.emplace_back(
+        [&] { SearchWithModule("libZIOPQueues.so", settings, deadline, results.queues); });
+  }
+  if (settings.network) {
+    threads.emplace_back(
+        [&] { SearchWithModule("libZIOPNetwork.so", settings, deadline, results.network); });
+  }
+  if (settings.local) {
+    threads.emplace_back([&] { SearchLocalPorts("", deadline, results.local.found); });
+  }
+}
+
+std::vector<ListedPrinter> ReadRecords(CFArrayRef records) {
+  std::vector<ListedPrinter> printers;
+  for (CFIndex i = 0; i < CFArrayGetCount(records); ++i) {
+    printers.push_back(
+        ReadPrinterRecord(CFCast<CFDictionaryRef>(CFArrayGetValueAtIndex(records, i))));
+  }
+  return printers;
+}
+
+std::vector<ListedPrinter> ListWhatIsNew(const DiscoverySettings& settings,
+                                         const std::vector<ListedPrinter>& configured) {
+  Results results;
+  RunSearches(settings, URIsOf(configured), results);
+  HostAddresses hosts = std::move(results.configured);
+  hosts.merge(results.queues.hosts);
+  hosts.merge(results.network.hosts);
+  PrinterCatalogue catalogue(SupportedModels(settings.models), std::move(hosts));
+  for (const ListedPrinter& printer : configured) {
+    catalogue.AddConfigured(printer);
+  }
+  catalogue.AddFound(PrinterSource::kQueues, results.queues.found);
+  catalogue.AddFound(PrinterSource::kNetwork, results.network.found);
+  catalogue.AddFound(PrinterSource::kLocal, results.local.found);
+  return catalogue.printers();
+}
+
+}  // namespace
+
+void AppendFoundPrinters(CFDictionaryRef information, CFMutableArrayRef records) {
+  const DiscoverySettings settings = DiscoverySettings::Read(information);
+  if (!settings.IsSearchWanted()) {
+    return;
+  }
+  if (settings.models.empty()) {
+    Ravik::ReportLine("ZIOP", "nothing searched: SupportedPrinters names no printers");
+    return;
+  }
+  for (const ListedPrinter& printer : ListWhatIsNew(settings, ReadRecords(records))) {
+    CFArrayAppendValue(records, MakePrinterRecord(printer).get());
+  }
+}
+
+}  // namespace ZIOP
