@@ -17,7 +17,6 @@ constexpr std::size_t kLeastSerialLength = 5;
 constexpr std::size_t kGreatestSerialLength = 64;
 constexpr std::size_t kLeastVariety = 3;
 constexpr std::size_t kUUIDDigits = 32;
-constexpr uint16_t kUsualPort = 9100;
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -83,10 +82,19 @@ std::string Canonical(const std::string& address) {
          (needs_zone ? address.substr(zone) : std::string());
 }
 
-std::string Place(const std::string& host, uint16_t port) {
+// Adds the places of a printer on host.
+void AddPlaces(const std::string& host, const DeviceURI& uri, std::vector<std::string>& places) {
+  const DeviceURI usual;
   const bool is_address6 = host.find(':') != std::string::npos;
-  return port == kUsualPort ? host
-                            : (is_address6 ? "[" + host + "]" : host) + ":" + std::to_string(port);
+  if (uri.rawPort != usual.rawPort) {
+    places.push_back((is_address6 ? "[" + host + "]" : host) + ":" + std::to_string(uri.rawPort));
+  }
+  if (uri.snmpPort != usual.snmpPort) {
+    places.push_back(host + "?snmp=" + std::to_string(uri.snmpPort));
+  }
+  if (uri.rawPort == usual.rawPort && uri.snmpPort == usual.snmpPort) {
+    places.push_back(host);
+  }
 }
 
 // Places of a network printer, the URI's own first.
@@ -100,11 +108,11 @@ std::vector<std::string> PlacesOf(const DeviceURI& uri, const HostAddresses& hos
   for (const std::string& each : addresses) {
     const std::string canonical = Canonical(each);
     if (!canonical.empty()) {
-      places.push_back(Place(canonical, uri.rawPort));
+      AddPlaces(canonical, uri, places);
     }
   }
   if (places.empty()) {
-    places.push_back(Place(LowerCase(uri.host), uri.rawPort));
+    AddPlaces(LowerCase(uri.host), uri, places);
   }
   return places;
 }

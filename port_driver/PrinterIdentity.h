@@ -17,9 +17,10 @@ using HostAddresses = std::map<std::string, std::vector<std::string>>;
 // Two printers are one when they are at the same place, or when they are of the same model and have
 // the same serial number or the same UUID.
 //
-// A place is a numeric address and raw data port, or the path of a device's node: what is opened
-// there is one device, whatever it says of itself. An address alone is none, as print servers have
-// a printer on each of several ports. IPv4 addresses mapped into IPv6 are IPv4 addresses; a
+// A place is the path of a device's node or a numeric address with each port of the URI that is not
+// the usual one: what is opened there is one device, whatever it says of itself. So print servers
+// have a printer on each of several ports; and a search, which knows the SNMP agent's port alone,
+// finds what is configured with both. IPv4 addresses mapped into IPv6 are IPv4 addresses; a
 // link-local address counts with its zone, and not without. A host whose address is not known is
 // its own name.
 //

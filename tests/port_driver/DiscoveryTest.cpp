@@ -53,7 +53,7 @@ TEST_F(DiscoveryTest, ListsConfiguredPrintersThenThoseThatAreFound) {
   const auto configured = MakeArray({MakeDictionary({
       {ZIO_INFO_TARGET_NAME, MakeText("B\u00FCro")},
       {ZIO_INFO_PRINTER_NAME, MakeText("Own")},
-      {"DeviceURI", MakeText("socket://localhost:9100?snmp=9")},
+      {"DeviceURI", MakeText("socket://localhost?retries=0")},
   })});
   const auto addresses =
       MakeArray({MakeText("||M||socket://192.0.2.2|SN0042||||"),
@@ -69,7 +69,7 @@ TEST_F(DiscoveryTest, ListsConfiguredPrintersThenThoseThatAreFound) {
       std::filesystem::canonical(bundle()) / "Contents/Linux/libZIOPQueues.so";
   EXPECT_EQ(
       List({{"Printers", configured}, {"SupportedPrinters", kModels}, {"Discovery", discovery}},
-           {MakeRecord({"B\u00FCro", "Own", "socket://localhost:9100?snmp=9"}),
+           {MakeRecord({"B\u00FCro", "Own", "socket://localhost?retries=0"}),
             MakeRecord({"Hall ([2001:db8::1]:9)", "N", "socket://[2001:db8::1]:9"}),
             MakeRecord({"M (SN0042)", "M", "socket://192.0.2.2"}),
             MakeRecord({"signals (192.0.2.3)", "M", "socket://192.0.2.3"})}),
