@@ -14,10 +14,11 @@ namespace {
 
 // The answer, without the command's name, of a worker whose printer has the fault, if it is one.
 std::string Ask(const std::string& fault, const std::string& uriOptions, const std::string& command,
-                const std::string& parameter) {
+                const std::string& parameter, Link link = Link::kNetwork) {
   std::vector<std::string> options{"--serial", "SN00000042"};
   if (!fault.empty()) options.insert(options.end(), {"--fault", fault});
-  const std::string answer = Studio("QM-R310 Series", options, uriOptions).Ask(command, parameter);
+  const std::string answer =
+      Studio("QM-R310 Series", options, uriOptions, link).Ask(command, parameter);
   const std::string head = "{\"" + command + "\":";
   EXPECT_EQ(answer.substr(0, head.size()), head);
   return answer.substr(head.size());
@@ -100,6 +101,64 @@ TEST(Fault, RecordsAreNeverTakenForReadOrWrittenWhenTheyAreNot) {
   for (const auto& c : kCases) {
     EXPECT_THAT(c.answers,
                 testing::Contains(Ask(c.fault, "timeout=100&retries=20", c.command, c.parameter)))
+        << c.fault;
+  }
+}
+
+// Over a local port, where a reply may stay for the next who asks, each answers its own command
+// alone.
+TEST(Fault, LateAndSpoiltRepliesOfALocalPort) {
+  const std::string right = R"(0,"Reply":{"SerialNumber":"SN00000042"}})";
+  const struct {
+    const char* fault;
+    const char* uriOptions;
+    bool recovers;  // after the first record, which may be lost
+    std::string status;
+  } kCases[] = {
+      {"duplicate", "timeout=400", true, right},
+      {"oversize", "timeout=400", true, right},
+      {"drop=1", "timeout=400", true, right},
+      {"garbage=1", "timeout=400", true, right},
+      // Later than the worker waits for it; then later than the driver waits to drop it.
+      {"delay=600", "timeout=400", false, "-6}"},
+      {"delay=1500", "timeout=400", false, "-6}"},
+      {"truncate=10", "timeout=400", false, "0}"},
+  };
+  for (const auto& c : kCases) {
+    const Studio studio("QM-T44 Series", {"--serial", "SN00000042", "--fault", c.fault},
+                        c.uriOptions, Link::kLocal);
+    for (int slot = 1; slot <= 2; ++slot) {
+      SCOPED_TRACE(c.fault + std::string(" slot ") + std::to_string(slot));
+      const std::string number = R"("CustomMediaNo":)" + std::to_string(slot);
+      const std::string record =
+          studio.Ask("GetCustomMediaInfo", '{' + number + R"(,"CommandVersion":0})");
+      const bool isRight = record.rfind(R"({"GetCustomMediaInfo":0,)", 0) == 0;
+      EXPECT_TRUE(!isRight || record.find(number + ',') != std::string::npos) << record;
+      EXPECT_TRUE(isRight == c.recovers || slot == 1) << record;
+      EXPECT_EQ(studio.Ask("GetStatusReply", R"(["SerialNumber"])"),
+                R"({"GetStatusReply":)" + c.status);
+    }
+  }
+}
+
+TEST(Fault, WritesOverALocalPortAreConfirmedOrFail) {
+  const std::string record = R"({"CustomMediaNo":1,"CommandVersion":0,"MediaSuction":9})";
+  const std::string slot = R"({"InitializeCustomMedia":1})";
+  const struct {
+    const char* fault;
+    const char* command;
+    const std::string& parameter;
+    const char* answer;
+  } kCases[] = {
+      {"", "SetCustomMediaInfo", record, "0}"},
+      {"duplicate", "SetCustomMediaInfo", record, "0}"},
+      {"drop=1", "SetCustomMediaInfo", record, "-6}"},
+      {"forget", "SetCustomMediaInfo", record, "-6}"},
+      {"loss=100", "SetMediaInitialize", slot, "-6}"},
+      {"na=1", "SetCustomMediaInfo", record, "-6}"},
+  };
+  for (const auto& c : kCases) {
+    EXPECT_EQ(Ask(c.fault, "timeout=400", c.command, c.parameter, Link::kLocal), c.answer)
         << c.fault;
   }
 }

@@ -108,35 +108,49 @@ void NamesAndInitialise(const Studio& studio) {
   EXPECT_EQ(answer.get("Reply").get("CustomMediaName").to_str(), "");
 }
 
+void RunEveryCommand(const Family& family, const std::string& device, Link link) {
+  SCOPED_TRACE(device);
+  const Studio studio(device, {"--serial", "SN00012345", "--firmware", "2.31"}, "timeout=600",
+                      link);
+  EXPECT_EQ(studio.Ask("GetStatusReply", R"(["SerialNumber","StatusCode",1,"Unknown"])"),
+            R"({"GetStatusReply":0,"Reply":{"SerialNumber":"SN00012345","StatusCode":4}})");
+  for (const auto& [layout, settings] : family.layouts) WriteAndReadBack(studio, family, layout);
+  NamesAndInitialise(studio);
+  if (family.tellsFirmware) {
+    EXPECT_EQ(studio.Ask("GetFWVersion", ""),
+              R"({"GetFWVersion":0,"Reply":{"FirmwareVersion":"2.31"}})");
+  }
+}
+
 TEST(Request, EveryCommandFamilyAndLayout) {
   std::size_t devices = 0;
   for (const Family& family : Families()) {
     for (const std::string& device : family.devices) {
-      SCOPED_TRACE(device);
-      const Studio studio(device, {"--serial", "SN00012345", "--firmware", "2.31"});
-      EXPECT_EQ(studio.Ask("GetStatusReply", R"(["SerialNumber","StatusCode",1,"Unknown"])"),
-                R"({"GetStatusReply":0,"Reply":{"SerialNumber":"SN00012345","StatusCode":4}})");
-      for (const auto& [layout, settings] : family.layouts)
-        WriteAndReadBack(studio, family, layout);
-      NamesAndInitialise(studio);
-      if (family.tellsFirmware) {
-        EXPECT_EQ(studio.Ask("GetFWVersion", ""),
-                  R"({"GetFWVersion":0,"Reply":{"FirmwareVersion":"2.31"}})");
-      }
+      RunEveryCommand(family, device, Link::kNetwork);
       ++devices;
     }
   }
   EXPECT_EQ(devices, 18U);
 }
 
+TEST(Request, EveryCommandFamilyAndLayoutOverALocalPort) {
+  for (const Family& family : Families()) {
+    RunEveryCommand(family, family.devices.front(), Link::kLocal);
+  }
+}
+
+class WrittenRecords : public testing::TestWithParam<Link> {};
+
+INSTANTIATE_TEST_SUITE_P(Links, WrittenRecords, testing::Values(Link::kNetwork, Link::kLocal));
+
 // What a write leaves out stays as it was, and only what was made permanent outlives the printer.
-TEST(Request, WrittenRecordsOutliveThePrinter) {
+TEST_P(WrittenRecords, OutliveThePrinter) {
   const std::string device = "QM-T44 Series";
   const WorkerFolder folder({});
   const std::string address = R"({"CustomMediaNo":30,"CommandVersion":0)";
   const std::string read = Line(Request("GetCustomMediaInfo", "Studio", device, address + '}'));
   const auto run = [&](const std::string& requests) {
-    VirtualPrinter printer(device, {"--state", folder.path() / "records"});
+    VirtualPrinter printer(device, {"--state", folder.path() / "records"}, GetParam());
     folder.List({{"Studio", device, printer.Uri()}});
     folder.Run(Line(kList));
     std::string output = folder.Run(requests).output;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <picojson.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -23,10 +24,19 @@ std::string Entry(const std::string& key, const std::string& text) {
 }
 
 std::vector<std::string> PrinterCommand(const std::string& model,
-                                        const std::vector<std::string>& options) {
+                                        const std::vector<std::string>& options,
+                                        const fs::path& local) {
   std::vector<std::string> command{VIRTUAL_PRINTER, "--model", model};
   command.insert(command.end(), options.begin(), options.end());
+  if (!local.empty()) command.insert(command.end(), {"--local", local});
   return command;
+}
+
+// A place for a local port, its own each time.
+fs::path LocalPath() {
+  static int count = 0;
+  return fs::temp_directory_path() /
+         ("printer-" + std::to_string(getpid()) + '-' + std::to_string(++count));
 }
 
 std::string ReadFile(const fs::path& path) {
@@ -36,16 +46,25 @@ std::string ReadFile(const fs::path& path) {
 
 }  // namespace
 
-VirtualPrinter::VirtualPrinter(const std::string& model, const std::vector<std::string>& options)
-    : process_(PrinterCommand(model, options), "/dev/stderr") {
+VirtualPrinter::VirtualPrinter(const std::string& model, const std::vector<std::string>& options,
+                               Link link)
+    : local_(link == Link::kLocal ? LocalPath() : fs::path()),
+      process_(PrinterCommand(model, options, local_), "/dev/stderr") {
   picojson::value ready;
   const std::string error = picojson::parse(ready, process_.ReadUntil("\n"));
   if (!error.empty()) throw std::runtime_error("virtual-printer: " + error);
-  uri_ = "socket://127.0.0.1:" + ready.get("raw").to_str() + "?snmp=" + ready.get("snmp").to_str();
+  uri_ = link == Link::kLocal ? "file://" + ready.get("local").to_str()
+                              : "socket://127.0.0.1:" + ready.get("raw").to_str() +
+                                    "?snmp=" + ready.get("snmp").to_str();
+}
+
+VirtualPrinter::~VirtualPrinter() {
+  std::error_code ignored;
+  fs::remove(local_, ignored);
 }
 
 std::string VirtualPrinter::Uri(const std::string& furtherOptions) const {
-  return furtherOptions.empty() ? uri_ : uri_ + '&' + furtherOptions;
+  return furtherOptions.empty() ? uri_ : uri_ + (local_.empty() ? '&' : '?') + furtherOptions;
 }
 
 bool VirtualPrinter::Stop() {
@@ -111,9 +130,9 @@ std::string Ask(const Process& worker, const std::string& json) {
 }
 
 Studio::Studio(const std::string& device, const std::vector<std::string>& printerOptions,
-               const std::string& uriOptions)
+               const std::string& uriOptions, Link link)
     : device_(device),
-      printer_(device, printerOptions),
+      printer_(device, printerOptions, link),
       folder_({{"Studio", device, printer_.Uri(uriOptions)}}),
       worker_(folder_.Start()) {
   EXPECT_EQ(::Ask(worker_, kList), R"({"GetPrinterList":0,"Reply":{"DeviceName":")" + device +

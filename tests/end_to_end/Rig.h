@@ -10,18 +10,26 @@
 
 constexpr char kList[] = R"({"Command":"GetPrinterList"})";
 
-// A running virtual printer on free loopback ports.
+// What a worker reaches its printer over.
+enum class Link { kNetwork, kLocal };
+
+// A running virtual printer on free loopback ports, or at a local port alone.
 class VirtualPrinter {
  public:
-  explicit VirtualPrinter(const std::string& model, const std::vector<std::string>& options = {});
+  explicit VirtualPrinter(const std::string& model, const std::vector<std::string>& options = {},
+                          Link link = Link::kNetwork);
+  ~VirtualPrinter();
+  VirtualPrinter(const VirtualPrinter&) = delete;
+  VirtualPrinter& operator=(const VirtualPrinter&) = delete;
 
-  // socket://127.0.0.1:RAW?snmp=PORT and further options of the device URI.
+  // The device URI, with further options.
   std::string Uri(const std::string& furtherOptions = "") const;
 
   // Ends the printer in order, with its state saved; true when it ended well.
   bool Stop();
 
  private:
+  std::filesystem::path local_;  // the local port, if there is one
   Process process_;
   std::string uri_;
 };
@@ -77,7 +85,7 @@ std::string Ask(const Process& worker, const std::string& json);
 class Studio {
  public:
   Studio(const std::string& device, const std::vector<std::string>& printerOptions,
-         const std::string& uriOptions = "");
+         const std::string& uriOptions = "", Link link = Link::kNetwork);
 
   std::string Ask(const std::string& command, const std::string& parameter) const;
 
