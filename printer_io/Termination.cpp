@@ -3,6 +3,7 @@
 #include <pthread.h>
 #include <signal.h>
 #include <sys/time.h>
+#include <ucontext.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -38,17 +39,20 @@ static_assert(decltype(cancellable)::is_always_lock_free, "a signal handler read
 
 void Catch(int signal);
 
-void CancelFromNowOn(int signal) {
+// The interrupted code's mask, as it is once the handler returns, lets the timer's signal through:
+// a host may have blocked it.
+void CancelFromNowOn(int signal, ucontext_t& interrupted) {
   pending_signal = signal;
   Catch(SIGALRM);
+  sigdelset(&interrupted.uc_sigmask, SIGALRM);
   const itimerval timer = {{0, kIntervalMicroseconds}, {0, kIntervalMicroseconds}};
   setitimer(ITIMER_REAL, &timer, nullptr);  // a mere system call, whatever the standard grants
 }
 
-void HandleOnMainThread(int signal) {
+void HandleOnMainThread(int signal, ucontext_t& interrupted) {
   if (ports_in_use == 0) EndBy(pending_signal != 0 ? pending_signal : signal);
   if (pending_signal == 0) {
-    CancelFromNowOn(signal);
+    CancelFromNowOn(signal, interrupted);
   } else if (signal == SIGALRM) {
     cancellations_left = cancellations_left - 1;
     if (cancellations_left == 0) EndBy(pending_signal);
@@ -57,10 +61,10 @@ void HandleOnMainThread(int signal) {
   if (port != nullptr) port->table->cancel(port);
 }
 
-void Handle(int signal) {
+void Handle(int signal, siginfo_t* /*info*/, void* interrupted) {
   const int saved = errno;
   if (pthread_equal(pthread_self(), main_thread) != 0) {
-    HandleOnMainThread(signal);
+    HandleOnMainThread(signal, *static_cast<ucontext_t*>(interrupted));
   } else {
     pthread_kill(main_thread, signal);
   }
@@ -69,8 +73,8 @@ void Handle(int signal) {
 
 void Catch(int signal) {
   struct sigaction action {};
-  action.sa_handler = Handle;
-  action.sa_flags = SA_RESTART;
+  action.sa_sigaction = Handle;
+  action.sa_flags = SA_RESTART | SA_SIGINFO;
   sigfillset(&action.sa_mask);
   sigaction(signal, &action, nullptr);
 }

@@ -9,7 +9,8 @@ namespace Ravik {
 // What SIGHUP, SIGINT and SIGTERM do once CatchSignals was called. While no port is in use they end
 // the process at once, as by default. While one is, its wait is cancelled and no further operation
 // begins, so that the port is soon closed and released; then the process ends by the signal, as it
-// does after 0.9 s if the plug-in has not given way.
+// does after 0.9 s if the plug-in has not given way; SIGALRM counts that time, also where the host
+// has blocked it.
 class Termination {
  public:
   // Called once, by the main thread, which is the one that uses ports. A signal that is ignored
