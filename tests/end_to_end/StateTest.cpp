@@ -58,7 +58,7 @@ TEST(State, OnAFullDiskAWorkerGoesByItsOwnSearchAndOthersByTheOldList) {
             R"({"GetPrinterList":0,"Reply":{"DeviceName":"QM-R410 Series","PrinterName":"P0"}})" +
                 std::string(kOpened));
   folder.List(Printers(50, printer));
-  const Process worker = folder.Start(R"(trap '' XFSZ; ulimit -f 8; exec "$0")");
+  const Process worker = folder.Start(R"(ulimit -f 8; exec "$0")");
   EXPECT_THAT(Ask(worker, kList), testing::HasSubstr(R"("PrinterName":"P49"})"));
   EXPECT_EQ(Ask(worker, Status(49)), kOpened);
   EXPECT_THAT(folder.Errors(),

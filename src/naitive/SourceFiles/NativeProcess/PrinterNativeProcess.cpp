@@ -1,5 +1,6 @@
 // The worker: one URL-encoded request a line on standard input, one answer each on standard output.
 #include <cerrno>
+#include <csignal>
 #include <iostream>
 #include <string>
 
@@ -11,6 +12,8 @@
 int main() {
   Ravik::OccupyStandardDescriptors();
   Ravik::Termination::CatchSignals();
+  // What meets the limit of file sizes fails with EFBIG, as on a full disk.
+  std::signal(SIGXFSZ, SIG_IGN);
   std::ios::sync_with_stdio(false);
   long result = 1;
   for (std::string line; std::getline(std::cin, line); line.clear()) {
