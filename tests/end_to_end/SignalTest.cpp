@@ -107,6 +107,7 @@ TEST(Stream, NothingIsDoneWhenNoAnswerCanBeGiven) {
       {"exec \"$0\"", true, SIGPIPE, "^$"},
       {"trap '' PIPE; exec \"$0\"", true, 0, "^$"},
       {"exec \"$0\" >/dev/full", false, 0, "^[^\n]*No space left[^\n]*\n$"},
+      {"exec \"$0\" 2>&1 >/dev/full", true, 0, "^$"},
       {"exec \"$0\" >&-", false, 0, "^[^\n]*Bad file descriptor[^\n]*\n$"},
       {"exec \"$0\" <&-", false, 0, "^$"},
       {"exec \"$0\" >&- 2>&-", false, 0, "^$"},

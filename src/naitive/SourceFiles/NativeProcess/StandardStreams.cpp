@@ -7,7 +7,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
-#include <iostream>
+#include <string>
+
+#include "util/Diagnostics.h"
 
 namespace Ravik {
 
@@ -22,8 +24,8 @@ void OccupyStandardDescriptors() {
 
 int LoseAnswer(int error) {
   if (error != EPIPE) {
-    std::cerr << "PrinterNativeProcess: an answer could not be written: " << std::strerror(error)
-              << " (error " << error << ")\n";
+    ReportLine("PrinterNativeProcess",
+               std::string("an answer could not be written: ") + std::strerror(error));
   }
   return EXIT_FAILURE;
 }
