@@ -1,5 +1,5 @@
 // Request lines from the host, run against a port whose answers come from the input too. The line
-// is also encoded, and sent to the port as it is.
+// is also encoded, read as JSON by picojson alone, and sent to the port as it is.
 //
 // Input: the URL-encoded request line; the name of a plug-in call that fails, or any other text;
 // then the port's answers, the first of them also the status text. Each ends in a backslash and a
@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <initializer_list>
 #include <sstream>
+#include <stdexcept>
 
+#include "NativeProcess/JsonReader.h"
 #include "NativeProcess/PrinterProcess.h"
 #include "NativeProcess/URLDecoder.h"
 #include "NativeProcess/URLEncoder.h"
@@ -54,6 +56,21 @@ void ScriptPort(FuzzedDataProvider& input) {
 // Texts end at their NUL.
 void CheckEncoding(const std::string& line) {
   FUZZ_CHECK(URLDecoder::decode(URLEncoder::encode(line)) == line.substr(0, line.find('\0')));
+}
+
+// A line holds fewer objects inside one another than are read, so that every text is read as by
+// picojson alone.
+void CheckReading(const std::string& text) {
+  picojson::value expected;
+  picojson::value read;
+  std::istringstream stream(text);
+  bool is_read = false;
+  try {
+    is_read = picojson::parse(expected, stream).empty();
+  } catch (const std::overflow_error&) {  // a number beyond a double's range
+  }
+  FUZZ_CHECK(Ravik::ReadJson(text, read) == is_read);
+  FUZZ_CHECK(!is_read || read == expected);
 }
 
 bool Succeed(std::initializer_list<const char*> calls) {
@@ -115,6 +132,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string line = input.ConsumeRandomLengthString(4096);
   ScriptPort(input);
   CheckEncoding(line);
+  CheckReading(URLDecoder::decode(line));
   CheckTransfers(line);
   Completes([&] { Ask(line); });
   FUZZ_CHECK(fake_plugin::LiveObjects() == 0);

@@ -14,8 +14,8 @@ namespace Ravik {
 constexpr int kMaximumObjectDepth = 2048;
 
 // Reads the first JSON value (RFC 8259) of text; what follows it does not count. False when there
-// is none, when it is nested past the bounds or a number is beyond a double's range; json is then
-// unspecified.
+// is none, when it is nested past the bounds, or when a number is beyond a double's range, where
+// picojson's exception would end the process; json is then unspecified.
 bool ReadJson(const std::string& text, picojson::value& json);
 
 }  // namespace Ravik
