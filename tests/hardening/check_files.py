@@ -16,6 +16,7 @@ FILES = {
     "libCoreFoundation.so": ("CFRelease", True),
     "libZIOP.so": ("ZIOPlugInFactory", False),
     "libZIOPNetwork.so": ("ZIOPSearch", False),
+    "libZIOPQueues.so": ("ZIOPSearch", False),
 }
 
 
