@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/end_to_end/Rig.h"
+#include "tests/port_driver/LocalPeer.h"
 #include "tests/port_driver/Peer.h"
 
 namespace {
@@ -19,13 +20,17 @@ using ZIOP::Peer;
 constexpr char kDevice[] = "QM-R410 Series";
 const std::string kAskStatus = Line(Request("GetStatusReply", "p", kDevice, R"(["StatusCode"])"));
 
-// A listed printer in the test's hands, for which a worker waits a minute.
+// A printer in the test's hands, listed on the network and at a local port, for which a worker
+// waits a minute.
 struct SilentPrinter {
   SilentPrinter() { folder.Run(Line(kList)); }
 
   Peer snmp{SOCK_DGRAM};
   Peer raw{SOCK_STREAM};
-  WorkerFolder folder{{{"p", kDevice,
+  ZIOP::LocalPeer device;
+  Ravik::FileDescriptor kept{open(device.path().c_str(), O_RDWR | O_NOCTTY)};  // between workers
+  WorkerFolder folder{{{"local", kDevice, device.Uri(60000)},
+                       {"p", kDevice,
                         "socket://127.0.0.1:" + std::to_string(raw.port()) +
                             "?snmp=" + std::to_string(snmp.port()) + "&timeout=60000&retries=0"}}};
 };
@@ -50,6 +55,10 @@ TEST(Signal, EndsTheWorkerWhileItWaits) {
     EXPECT_NE(printer.snmp.Receive(), "");
     ExpectEnd(asking, signal);
     EXPECT_EQ(asking.ReadAll(), "");
+    Process reading = printer.folder.Start();
+    reading.Write(Line(Request("GetStatusReply", "local", kDevice, "[]")));
+    EXPECT_EQ(ZIOP::ReadAll(printer.device.side(), 24).size(), 24U);
+    ExpectEnd(reading, signal);
   }
 }
 
