@@ -10,6 +10,7 @@
 #include "corefoundation/Dictionary.h"
 #include "corefoundation/FolderLock.h"
 #include "corefoundation/PropertyList.h"
+#include "corefoundation/PropertyListCheck.h"
 #include "corefoundation/String.h"
 #include "util/Diagnostics.h"
 #include "util/WholeFile.h"
@@ -81,7 +82,9 @@ void Preferences::Write() const {
   }
   const Node list = NodeFromObject(Merge(Read().get()).get());
   if (!list) throw std::runtime_error("there is no property list of them");
-  Ravik::ReplaceWholeFile(path_, WriteXML(list.get()));
+  const std::string xml = WriteXML(list.get());
+  if (!IsSoundXMLList(xml)) throw std::runtime_error("they would cost too much to read");
+  Ravik::ReplaceWholeFile(path_, xml);
 }
 
 // Throws std::system_error for a file that may not be read: it is not to be replaced, for its other

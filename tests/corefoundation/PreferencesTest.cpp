@@ -235,6 +235,21 @@ TEST_F(Preferences, KeepsValuesThatCannotBeWrittenAndSaysWhy) {
   }
 }
 
+// Each "&" of a name makes the written list dearer to read than the one that the name came in.
+TEST_F(Preferences, KeepsTheFileWhenNobodyCouldReadTheNewOne) {
+  Set("key", Parse("<true/>"));
+  EXPECT_TRUE(Synchronise());
+  const CFRef<CFTypeRef> costly = MakeString(std::string(40000, '&'));
+  Set("other", costly);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(Synchronise());
+  EXPECT_THAT(testing::internal::GetCapturedStderr(),
+              testing::EndsWith("not written: they would cost too much to read\n"));
+  EXPECT_TRUE(FileHolds("<dict><key>key</key><true/></dict>"));
+  Set("other", {});
+  EXPECT_TRUE(Synchronise());
+}
+
 TEST_F(Preferences, DoesWithoutALockThatAStoppedProcessKeeps) {
   std::filesystem::create_directories(place_);
   const int lock = open(place_.c_str(), O_RDONLY | O_CLOEXEC);
@@ -282,6 +297,7 @@ TEST_F(Preferences, AKilledWriterLeavesTheOldListOrTheNew) {
     if (writer != 0) return writer;
     const rlimit no_core{};
     setrlimit(RLIMIT_CORE, &no_core);
+    std::signal(SIGXFSZ, SIG_DFL);  // which another test ignores
     LimitFiles(limit);
     for (;; Synchronise()) Set("key", Parse(Has("key", old) ? Text(kSize, 'n') : old));
   };
