@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 
 #include "util/WholeFile.h"
@@ -54,6 +55,17 @@ bool SlotFromJson(const picojson::value& slot, MediaRecord& record) {
   return true;
 }
 
+bool ReadJson(const std::string& text, picojson::value& state) {
+  // picojson reads objects inside objects by recursion, however deep.
+  const auto objects = std::count(text.begin(), text.end(), '{');
+  if (objects > static_cast<std::ptrdiff_t>(1 + kSlotCount)) return false;
+  try {
+    return picojson::parse(state, text).empty();
+  } catch (const std::overflow_error&) {  // a number beyond a double's range
+    return false;
+  }
+}
+
 std::string FromJson(const picojson::value& state, const Family& family, RecordTable& records) {
   if (!state.is<picojson::object>()) return "not a state file";
   const picojson::value& name = state.get("family");
@@ -82,7 +94,7 @@ std::string LoadState(const std::string& path, const Family& family, RecordTable
   if (failure == std::errc::invalid_argument) return "not a state file";
   if (failure) return "open: " + failure.message();
   picojson::value state;
-  if (!picojson::parse(state, text).empty()) return "not a state file";
+  if (!ReadJson(text, state)) return "not a state file";
   return FromJson(state, family, records);
 }
 

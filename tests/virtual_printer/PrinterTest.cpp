@@ -152,10 +152,12 @@ TEST(StateFile, HoldsWhatWasMadePermanentOnly) {
   const std::pair<std::string, std::string> kDamages[] = {
       {good, ""},
       {good, "[]"},
+      {good, Repeat(R"({"":)", 1000000)},
       {good, R"({"family":1,"slots":[]})"},
       {good, R"({"family":"Ostrel","slots":[]})"},
       {"\"flag\": 0", "\"flag\": 256"},
       {"\"flag\": 0", "\"flag\": -1"},
+      {"\"flag\": 0", "\"flag\": 1e999"},
       {"\"flag\": 0", "\"flag\": \"\""},
       {"2020", "20"},
       {"2020", "202020"},
