@@ -22,6 +22,9 @@
 namespace ZIOP {
 namespace {
 
+// A port has a socket open for each.
+constexpr std::size_t kMaximumAddresses = 16;
+
 struct Resolution {
   int status = EAI_SYSTEM;
   int error = 0;  // errno for EAI_SYSTEM
@@ -40,7 +43,8 @@ Resolution Resolve(const std::string& host, int flags) {
     return result;
   }
   const std::unique_ptr<addrinfo, void (*)(addrinfo*)> owner(list, ::freeaddrinfo);
-  for (const addrinfo* entry = list; entry != nullptr; entry = entry->ai_next) {
+  for (const addrinfo* entry = list;
+       entry != nullptr && result.addresses.size() < kMaximumAddresses; entry = entry->ai_next) {
     const bool internet = entry->ai_family == AF_INET || entry->ai_family == AF_INET6;
     if (internet && entry->ai_addrlen <= sizeof(sockaddr_storage)) {
       HostAddress& address = result.addresses.emplace_back(HostAddress{{}, entry->ai_addrlen});

@@ -24,7 +24,7 @@ struct HostAddress {
   void SetPort(uint16_t port);
 };
 
-// Addresses of host in the order in which they are to be tried, at least one, without a port.
+// Addresses of host in the order in which they are to be tried, 1 to 16, without a port.
 // Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no bound
 // that a caller could rely on, so it works in a thread of its own, which is left to itself when the
 // deadline passes or the wait is cancelled: it shares nothing with its caller any more, and its

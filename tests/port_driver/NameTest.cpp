@@ -14,6 +14,7 @@
 namespace {
 
 constexpr char kTwoAddresses[] = "two.test";       // 127.0.0.2, 127.0.0.1
+constexpr char kManyAddresses[] = "many.test";     // 127.0.0.1 over and over
 constexpr char kUnanswered[] = "unanswered.test";  // not before the resolver is free
 
 std::mutex resolver;
@@ -32,6 +33,14 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* na
   if (!isNumeric && host == kTwoAddresses) {
     const int result = system("127.0.0.2", service, hints, list);
     return result == 0 ? system("127.0.0.1", service, hints, &(*list)->ai_next) : result;
+  }
+  if (!isNumeric && host == kManyAddresses) {
+    int result = 0;
+    for (int i = 0; i < 100 && result == 0; ++i) {
+      result = system("127.0.0.1", service, hints, list);
+      list = &(*list)->ai_next;
+    }
+    return result;
   }
   if (!isNumeric && host == kUnanswered) {
     const std::lock_guard<std::mutex> free(resolver);
@@ -66,6 +75,12 @@ TEST(NameTest, SnmpTriesEveryAddress) {
     peer.Send(SnmpAnswer(kRequest, 200));
     EXPECT_EQ(taken.get(), SnmpAnswer(kRequest, 200)) << row.name;
   }
+}
+
+TEST(NameTest, ManyAddressesDoNotUseUpTheDescriptors) {
+  Waiter waiter;
+  const Deadline late = Deadline::After(std::chrono::hours(1));
+  EXPECT_EQ(ResolveHost(kManyAddresses, late, waiter).size(), 16U);
 }
 
 TEST(NameTest, RawDataGoesToAnAddressThatConnects) {
