@@ -65,6 +65,9 @@ void LookUp(const std::vector<std::string>& uris, const Deadline& deadline, Host
   const std::set<std::string> hosts = HostsOf(uris);
   auto left = static_cast<int>(hosts.size());
   for (const std::string& host : hosts) {
+    if (deadline.HasPassed()) {
+      return;
+    }
     try {
       for (const HostAddress& address : ResolveHost(host, deadline.Share(left), waiter)) {
         known[host].push_back(NumericText(address));

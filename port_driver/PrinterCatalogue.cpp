@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <tuple>
 
 #include "port_driver/DeviceId.h"
 #include "port_driver/DeviceURI.h"
@@ -72,16 +73,20 @@ struct PrinterCatalogue::Candidate {
   std::string uri;
   PrinterIdentity identity;
 
-  // Everything that tells two candidates apart, in the order in which they are listed.
-  std::array<std::string_view, 6> order() const {
-    return {name, model, identity.places.front(), identity.serial, identity.uuid, uri};
+  // By what people see; then by everything else that makes a difference.
+  bool operator<(const Candidate& other) const {
+    const auto mine = Order();
+    const auto others = other.Order();
+    return mine == others
+               ? std::tie(identity.places, isNamed) < std::tie(other.identity.places, other.isNamed)
+               : std::lexicographical_compare(mine.begin(), mine.end(), others.begin(),
+                                              others.end(), ComesBefore);
   }
 
-  bool operator<(const Candidate& other) const {
-    const auto mine = order();
-    const auto others = other.order();
-    return std::lexicographical_compare(mine.begin(), mine.end(), others.begin(), others.end(),
-                                        ComesBefore);
+ private:
+  std::array<std::string_view, 7> Order() const {
+    return {name,          model, identity.places.front(), identity.tag, identity.serial,
+            identity.uuid, uri};
   }
 };
 
@@ -102,7 +107,9 @@ std::vector<PrinterCatalogue::Candidate> PrinterCatalogue::CandidatesOf(
     const DeviceId id = DeviceId::Parse(printer.deviceId);
     const std::string model = models_.NameOf(printer, id);
     if (model.empty()) {
-      unsupported.insert(FirstKnown(FirstKnown(printer.model, id.model), printer.description));
+      unsupported.insert(
+          ListedText(FirstKnown(FirstKnown(printer.model, id.model), printer.description),
+                     kMaximumNameLength));
       continue;
     }
     try {

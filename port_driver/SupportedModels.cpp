@@ -49,7 +49,7 @@ std::string SupportedModels::Match(std::string_view maker, std::string_view text
   }
   std::string_view bare = whole;
   do {
-    if (names_.count(std::string(bare)) != 0) {
+    if (names_.count(bare) != 0) {
       return std::string(bare);
     }
   } while (TakeWord(maker_name, bare));

@@ -2,9 +2,10 @@
 #ifndef PORT_DRIVER_SUPPORTEDMODELS_H_
 #define PORT_DRIVER_SUPPORTEDMODELS_H_
 
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "port_driver/DeviceId.h"
@@ -27,7 +28,7 @@ class SupportedModels {
  private:
   std::string Match(std::string_view maker, std::string_view text) const;
 
-  std::unordered_set<std::string> names_;
+  std::set<std::string, std::less<>> names_;
 };
 
 // Whether two device names stand for one model: they are equal but for the maker's name in front

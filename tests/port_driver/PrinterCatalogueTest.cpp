@@ -230,7 +230,7 @@ TEST(PrinterCatalogueTest, SaysWhatIsLeftOut) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "ZIOP: printing system: left out: \"ZARMO QM-R410 Series Comm Driver\": device URI: no "
             "port for scheme \"ipp\"\n"
-            "ZIOP: network: left out: SupportedPrinters lacks \"A\\x0A\" \"B\"\n");
+            "ZIOP: network: left out: SupportedPrinters lacks \"A\" \"B\"\n");
 }
 
 }  // namespace
