@@ -22,7 +22,7 @@ bool WouldBlock() {
 
 Bytes Connection::Receive() {
   std::array<std::uint8_t, 4096> buffer;
-  const ssize_t size = read(file_.Get(), buffer.data(), buffer.size());
+  const ssize_t size = read(file_.get(), buffer.data(), buffer.size());
   if (size > 0) {
     has_received_ = true;
     return Bytes(buffer.data(), buffer.data() + size);

@@ -17,7 +17,7 @@ class Connection {
   // `file` must not block.
   Connection(FileDescriptor file, Port port) : file_(std::move(file)), port_(port) {}
 
-  int Fd() const { return file_.Get(); }
+  int Fd() const { return file_.get(); }
   Port Kind() const { return port_; }
 
   // Reads what has arrived, but not without end; answers nothing when nothing has, and marks the

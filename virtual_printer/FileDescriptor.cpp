@@ -1,4 +1,4 @@
-// An owned file descriptor, and what every kind of it needs.
+// What every kind of file descriptor needs.
 #include "virtual_printer/FileDescriptor.h"
 
 #include <fcntl.h>
@@ -13,8 +13,8 @@ void ThrowSystemError(const std::string& what) {
 }
 
 void SetNonBlocking(const FileDescriptor& file) {
-  const int flags = fcntl(file.Get(), F_GETFL);
-  if (flags < 0 || fcntl(file.Get(), F_SETFL, flags | O_NONBLOCK) != 0) ThrowSystemError("fcntl");
+  const int flags = fcntl(file.get(), F_GETFL);
+  if (flags < 0 || fcntl(file.get(), F_SETFL, flags | O_NONBLOCK) != 0) ThrowSystemError("fcntl");
 }
 
 }  // namespace VirtualPrinter

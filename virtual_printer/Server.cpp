@@ -65,8 +65,8 @@ std::vector<pollfd> Server::Polled(int stop_fd) const {
   const bool is_busy = delayed_.size() >= kDelayedMax;
   const bool accepts = connections_.size() < kConnectionsMax;
   std::vector<pollfd> polled = {{stop_fd, POLLIN, 0},
-                                {is_busy ? -1 : snmp_.Get(), POLLIN, 0},
-                                {accepts ? listener_.Get() : -1, POLLIN, 0}};
+                                {is_busy ? -1 : snmp_.get(), POLLIN, 0},
+                                {accepts ? listener_.get() : -1, POLLIN, 0}};
   for (const auto& [id, connection] : connections_) {
     // A host that is gone is noticed when its answers leave.
     const short events = Events(connection, is_busy);
@@ -99,7 +99,7 @@ void Server::ReceiveDatagram() {
   std::array<std::uint8_t, kDatagramMax> buffer;
   sockaddr_storage host{};
   socklen_t host_size = sizeof host;
-  const ssize_t size = recvfrom(snmp_.Get(), buffer.data(), buffer.size(), 0,
+  const ssize_t size = recvfrom(snmp_.get(), buffer.data(), buffer.size(), 0,
                                 reinterpret_cast<sockaddr*>(&host), &host_size);
   if (size < 0) return;
   const Bytes datagram(buffer.data(), buffer.data() + size);
@@ -109,15 +109,15 @@ void Server::ReceiveDatagram() {
   SendLater([this, answer = *answer, host, host_size] {
     trace_.Write(Port::kSnmp, "send", answer);
     // An answer that cannot leave is lost, as datagrams may be.
-    (void)sendto(snmp_.Get(), answer.data(), answer.size(), 0,
+    (void)sendto(snmp_.get(), answer.data(), answer.size(), 0,
                  reinterpret_cast<const sockaddr*>(&host), host_size);
   });
 }
 
 void Server::Accept() {
-  FileDescriptor socket(accept(listener_.Get(), nullptr, nullptr));
+  FileDescriptor socket(accept(listener_.get(), nullptr, nullptr));
   if (!socket) return;
-  fcntl(socket.Get(), F_SETFD, FD_CLOEXEC);
+  fcntl(socket.get(), F_SETFD, FD_CLOEXEC);
   SetNonBlocking(socket);
   connections_.emplace(next_id_++, Connection(std::move(socket), Port::kRaw));
 }

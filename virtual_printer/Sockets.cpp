@@ -27,9 +27,9 @@ FileDescriptor Bind(const std::string& address, std::uint16_t port, int type) {
   if (!socket) ThrowSystemError("socket");
   const int on = 1;
   if (type == SOCK_STREAM) {
-    setsockopt(socket.Get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   }
-  if (bind(socket.Get(), found->ai_addr, found->ai_addrlen) != 0) {
+  if (bind(socket.get(), found->ai_addr, found->ai_addrlen) != 0) {
     ThrowSystemError("bind " + address + " port " + std::to_string(port));
   }
   SetNonBlocking(socket);
@@ -44,14 +44,14 @@ FileDescriptor BindDatagramSocket(const std::string& address, std::uint16_t port
 
 FileDescriptor ListenOnStreamSocket(const std::string& address, std::uint16_t port) {
   FileDescriptor socket = Bind(address, port, SOCK_STREAM);
-  if (listen(socket.Get(), SOMAXCONN) != 0) ThrowSystemError("listen");
+  if (listen(socket.get(), SOMAXCONN) != 0) ThrowSystemError("listen");
   return socket;
 }
 
 std::uint16_t BoundPort(const FileDescriptor& socket) {
   sockaddr_storage address{};
   socklen_t size = sizeof address;
-  if (getsockname(socket.Get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
+  if (getsockname(socket.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0) {
     ThrowSystemError("getsockname");
   }
   if (address.ss_family == AF_INET6) {
@@ -62,7 +62,7 @@ std::uint16_t BoundPort(const FileDescriptor& socket) {
 
 void ResetConnection(FileDescriptor socket) {
   const linger at_once{1, 0};
-  setsockopt(socket.Get(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
+  setsockopt(socket.get(), SOL_SOCKET, SO_LINGER, &at_once, sizeof at_once);
 }
 
 }  // namespace VirtualPrinter

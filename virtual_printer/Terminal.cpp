@@ -15,9 +15,9 @@ void MakeRaw(const std::string& device) {
   const FileDescriptor host_side(open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
   if (!host_side) ThrowSystemError(device);
   termios settings{};
-  if (tcgetattr(host_side.Get(), &settings) != 0) ThrowSystemError("tcgetattr");
+  if (tcgetattr(host_side.get(), &settings) != 0) ThrowSystemError("tcgetattr");
   cfmakeraw(&settings);
-  if (tcsetattr(host_side.Get(), TCSANOW, &settings) != 0) ThrowSystemError("tcsetattr");
+  if (tcsetattr(host_side.get(), TCSANOW, &settings) != 0) ThrowSystemError("tcsetattr");
 }
 
 void Link(const std::string& device, const std::string& path) {
@@ -31,7 +31,7 @@ void Link(const std::string& device, const std::string& path) {
 
 Terminal::Terminal(const std::string& path)
     : printer_side_(posix_openpt(O_RDWR | O_NOCTTY)), link_(path) {
-  const int fd = printer_side_.Get();
+  const int fd = printer_side_.get();
   if (fd < 0 || grantpt(fd) != 0 || unlockpt(fd) != 0) ThrowSystemError("posix_openpt");
   fcntl(fd, F_SETFD, FD_CLOEXEC);
   SetNonBlocking(printer_side_);
@@ -47,20 +47,20 @@ Terminal::~Terminal() {
 }
 
 bool Terminal::HasHost() const {
-  pollfd polled = {printer_side_.Get(), POLLIN, 0};
+  pollfd polled = {printer_side_.get(), POLLIN, 0};
   if (poll(&polled, 1, 0) < 0) return false;
   return (polled.revents & POLLIN) != 0 || (polled.revents & POLLHUP) == 0;
 }
 
 FileDescriptor Terminal::Connect() const {
-  FileDescriptor copy(fcntl(printer_side_.Get(), F_DUPFD_CLOEXEC, 0));
+  FileDescriptor copy(fcntl(printer_side_.get(), F_DUPFD_CLOEXEC, 0));
   if (!copy) ThrowSystemError("fcntl");
   return copy;
 }
 
 void Terminal::DropUnread() const {
   const FileDescriptor host_side(open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
-  if (host_side) tcflush(host_side.Get(), TCIFLUSH);
+  if (host_side) tcflush(host_side.get(), TCIFLUSH);
 }
 
 }  // namespace VirtualPrinter

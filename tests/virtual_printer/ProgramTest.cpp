@@ -43,7 +43,7 @@ struct RunningPrinter {
     address.sin6_family = AF_INET6;
     address.sin6_addr = in6addr_loopback;
     address.sin6_port = htons(static_cast<in_port_t>(ready.get("raw").get<double>()));
-    EXPECT_EQ(connect(socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(connect(socket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     return socket;
   }
 
@@ -52,7 +52,7 @@ struct RunningPrinter {
 };
 
 void Send(const FileDescriptor& file, const Bytes& bytes) {
-  EXPECT_EQ(write(file.Get(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+  EXPECT_EQ(write(file.get(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
 }
 
 // Reads `size` bytes, fewer at the end.
@@ -60,7 +60,7 @@ std::string ReadText(const FileDescriptor& file, std::size_t size) {
   std::string text(size, '\0');
   std::size_t done = 0;
   for (ssize_t more = 1; more > 0 && done < size; done += static_cast<std::size_t>(more)) {
-    more = std::max<ssize_t>(read(file.Get(), text.data() + done, size - done), 0);
+    more = std::max<ssize_t>(read(file.get(), text.data() + done, size - done), 0);
   }
   text.resize(done);
   return text;
@@ -121,7 +121,7 @@ TEST(Program, AnswersBeforeItCloses) {
     const FileDescriptor host = printer.Connect();
     Send(host, Remote(std::vector<Bytes>(kCommands, Read("370380"))));
     Send(host, Bytes(kEnter.begin(), kEnter.end() - 1));  // incomplete
-    EXPECT_EQ(shutdown(host.Get(), SHUT_WR), 0);
+    EXPECT_EQ(shutdown(host.get(), SHUT_WR), 0);
     const FileDescriptor other = printer.Connect();
     for (int i = 0; i < 100; ++i) {  // other hosts are served meanwhile
       Send(other, Remote({kNothing}));
@@ -167,8 +167,8 @@ TEST(Program, EndsWithItsStateSavedWhenItIsHeldUp) {
     RunningPrinter printer(options);
     const FileDescriptor host = printer.Connect();
     const Bytes commands = Remote(std::vector<Bytes>(1000, Read("370380")));
-    for (pollfd sendable{host.Get(), POLLOUT, 0}; poll(&sendable, 1, 300) > 0;) {
-      send(host.Get(), commands.data(), commands.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    for (pollfd sendable{host.get(), POLLOUT, 0}; poll(&sendable, 1, 300) > 0;) {
+      send(host.get(), commands.data(), commands.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     }
     EXPECT_EQ(printer.process.Wait(SIGTERM), 0) << traces;
     EXPECT_TRUE(std::filesystem::remove(state)) << traces;
@@ -185,7 +185,7 @@ TEST(Program, ResetsTcpConnectionsAlone) {
   const FileDescriptor host = printer.Connect();
   Send(host, Remote({kNothing}));
   char byte = 0;
-  EXPECT_EQ(read(host.Get(), &byte, 1), -1);
+  EXPECT_EQ(read(host.get(), &byte, 1), -1);
   EXPECT_EQ(errno, ECONNRESET);
   EXPECT_EQ(printer.process.Wait(SIGTERM), 0);
 }
