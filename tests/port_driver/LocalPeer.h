@@ -25,7 +25,7 @@ class LocalPeer {
     return "file://" + path_ + "?timeout=" + std::to_string(timeout_ms);
   }
 
-  // Closed as long as the peer lives, the host finds the device unplugged.
+  // The printer's side; a host finds the device unplugged once it is closed.
   Ravik::FileDescriptor& side() { return terminal_; }
 
  private:
