@@ -49,11 +49,20 @@ std::mutex& PreferencesMutex() {
   return mutex;
 }
 
-// The defaults at the place that the environment names now. The mutex is held.
-Preferences& CurrentPreferences() {
-  static const auto& name = *new std::string(ExecutableName());
+// The file name of an application's defaults, without its ending; empty when it has none.
+std::string FileName(CFStringRef application) {
+  static const auto& own = *new std::string(ExecutableName());
+  if (CFEqual(application, kCFPreferencesCurrentApplication) != 0) return own;
+  char name[256];
+  const bool fits = CFStringGetCString(application, name, sizeof(name), kCFStringEncodingUTF8) != 0;
+  return fits && std::string_view(name).find('/') == std::string_view::npos ? name : "";
+}
+
+// The application's defaults at the place that the environment names now. The mutex is held.
+Preferences& PreferencesOf(CFStringRef application) {
   static auto& all = *new std::map<std::string, Preferences>;
   const std::string folder = SettingsFolder();
+  const std::string name = FileName(application);
   std::string path;
   if (!folder.empty() && !name.empty()) path = folder + "/" + name + ".plist";
   return all.try_emplace(path, path).first->second;
@@ -70,23 +79,22 @@ CFRef<CFTypeRef> CopyOf(CFTypeRef list) {
 
 const CFStringRef kCFPreferencesCurrentApplication = CFSTR("kCFPreferencesCurrentApplication");
 
-void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value,
-                              CFStringRef /*application*/) {
+void CFPreferencesSetAppValue(CFStringRef key, CFPropertyListRef value, CFStringRef application) {
   CFRef<CFTypeRef> copy;
   if (value != nullptr) {
     copy = CopyOf(value);
     if (!copy) return;
   }
   const std::lock_guard<std::mutex> lock(PreferencesMutex());
-  CurrentPreferences().Set(key, std::move(copy));
+  PreferencesOf(application).Set(key, std::move(copy));
 }
 
-CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef /*application*/) {
+CFPropertyListRef CFPreferencesCopyAppValue(CFStringRef key, CFStringRef application) {
   const std::lock_guard<std::mutex> lock(PreferencesMutex());
-  return CurrentPreferences().Get(key).release();
+  return PreferencesOf(application).Get(key).release();
 }
 
-Boolean CFPreferencesAppSynchronize(CFStringRef /*application*/) {
+Boolean CFPreferencesAppSynchronize(CFStringRef application) {
   const std::lock_guard<std::mutex> lock(PreferencesMutex());
-  return CurrentPreferences().Synchronise() ? 1 : 0;
+  return PreferencesOf(application).Synchronise() ? 1 : 0;
 }

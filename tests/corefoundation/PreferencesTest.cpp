@@ -110,6 +110,20 @@ TEST_F(Preferences, FallsBackToTheHomeFolder) {
   }
 }
 
+TEST_F(Preferences, KeepsEachApplicationApart) {
+  const auto other = MakeString("other");
+  const CFRef<CFTypeRef> value = Parse("<true/>");
+  for (const char* application : {"other", "../other", ""}) {
+    const auto name = MakeString(application);
+    CFPreferencesSetAppValue(other.get(), value.get(), name.get());
+    EXPECT_EQ(CFPreferencesAppSynchronize(name.get()) != 0, name && *application == 'o');
+  }
+  EXPECT_TRUE(Has("other", ""));
+  EXPECT_TRUE(Is(CFRef(CFPreferencesCopyAppValue(other.get(), other.get())), "<true/>"));
+  EXPECT_TRUE(Is(Parse(ReadFile(place_ + "/other.plist")), "<dict><key>other</key><true/></dict>"));
+  EXPECT_EQ(CountFiles(), 1);
+}
+
 TEST_F(Preferences, KeepsWhatOthersWrite) {
   const std::string others =
       "<dict><key>date</key><date>9999-12-31T23:59:59Z</date><key>most</"

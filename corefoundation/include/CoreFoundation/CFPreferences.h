@@ -1,9 +1,11 @@
-// The user's defaults of the running application.
+// The user's defaults of applications.
 //
-// They are one XML property list, $XDG_CONFIG_HOME/NAME.plist or else $HOME/.config/NAME.plist,
-// where NAME is the executable's file name. The file is read whenever a value of it is asked for. A
-// file that is no property list, or whose root is no dictionary, counts as empty. What goes wrong
-// with the file is told in a line on standard error.
+// Those of one application are one XML property list, $XDG_CONFIG_HOME/NAME.plist or else
+// $HOME/.config/NAME.plist. NAME is the application's identifier; an identifier that holds a slash
+// or is longer than 255 bytes has no place. The running application has the executable's file name.
+// The file is read whenever a value of it is asked for. A file that is no property list, or whose
+// root is no dictionary, counts as empty. What goes wrong with the file is told in a line on
+// standard error.
 #ifndef COREFOUNDATION_CFPREFERENCES_H_
 #define COREFOUNDATION_CFPREFERENCES_H_
 
@@ -11,7 +13,7 @@
 
 CF_EXTERN_C_BEGIN
 
-// The one application that the calls below take.
+// Stands for the running application.
 CF_EXPORT const CFStringRef kCFPreferencesCurrentApplication;
 
 // Sets key to a copy of value, or removes it when value is null. Seen by this process at once, by
