@@ -67,7 +67,7 @@ bool Inquiry::Ask(const HostAddress& address, const std::string& entry) {
     return false;
   }
   if (places_.count(KeyOf(address)) == 0) {
-    Add(address, Respondents(address), entry);
+    Add(address, Respondents(address, local_), entry);
   }
   return true;
 }
@@ -137,7 +137,7 @@ Inquiry::Host* Inquiry::Respondent(const Question& question, const HostAddress& 
     Host& host = hosts_[known->second];
     return host.respondents.isOneHost() ? &host : nullptr;
   }
-  const Respondents itself(from);
+  const Respondents itself(from, local_);
   if (fromBroadcasts_ >= kMaximumFromBroadcasts || !itself.isOneHost()) {
     return nullptr;
   }

@@ -33,8 +33,9 @@ struct SearchRequest {
 
 class Inquiry {
  public:
-  // newId gives an unpredictable number from 1 to 0x7FFFFFFF.
-  explicit Inquiry(int32_t (*newId)()) : newId_(newId) {}
+  // newId gives an unpredictable number from 1 to 0x7FFFFFFF; local is what LocalNetworks gives.
+  Inquiry(int32_t (*newId)(), std::vector<Network> local)
+      : newId_(newId), local_(std::move(local)) {}
 
   // Takes up an address, with its port, unless it has been. entry is what the list calls it. False
   // when kMaximumAsked are taken up already.
@@ -81,6 +82,7 @@ class Inquiry {
   void Record(Host& host, std::size_t object, const std::string& text);
 
   int32_t (*const newId_)();
+  const std::vector<Network> local_;
   std::deque<Host> hosts_;  // stay where they are when others are added
   std::unordered_map<std::string, std::size_t> places_;  // in hosts_, by address
   std::size_t fromBroadcasts_ = 0;

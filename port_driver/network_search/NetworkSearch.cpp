@@ -84,7 +84,7 @@ class Search {
   const Clock::time_point start_ = Clock::now();
   const Clock::duration time_;
   FileDescriptor sockets_[2];  // IPv4, IPv6; opened when first needed
-  Inquiry inquiry_{RandomId};
+  Inquiry inquiry_{RandomId, LocalNetworks()};
   int try_ = 0;  // the next one, counted from 0
   Clock::time_point lastTry_ = start_;
   std::set<std::string> reported_;  // failures to send, each once

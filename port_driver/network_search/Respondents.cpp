@@ -19,47 +19,42 @@ const sockaddr_in6& As6(const HostAddress& address) {
   return *reinterpret_cast<const sockaddr_in6*>(address.get());
 }
 
-struct Interface {
-  uint32_t network;
-  uint32_t mask;
-};
+}  // namespace
 
-// The IPv4 networks that the machine is on.
-std::vector<Interface> Interfaces() {
-  std::vector<Interface> interfaces;
+std::vector<Network> LocalNetworks() {
+  std::vector<Network> networks;
   ifaddrs* list = nullptr;
   if (::getifaddrs(&list) != 0) {
-    return interfaces;
+    return networks;
   }
   const std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> owner(list, ::freeifaddrs);
   for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
     if (entry->ifa_addr != nullptr && entry->ifa_netmask != nullptr &&
         entry->ifa_addr->sa_family == AF_INET) {
       const uint32_t mask = As4(entry->ifa_netmask).sin_addr.s_addr;
-      interfaces.push_back({As4(entry->ifa_addr).sin_addr.s_addr & mask, mask});
+      networks.push_back({As4(entry->ifa_addr).sin_addr.s_addr & mask, mask});
     }
   }
-  return interfaces;
+  return networks;
 }
 
-}  // namespace
-
-Respondents::Respondents(const HostAddress& address) : address_(address) {
+Respondents::Respondents(const HostAddress& address, const std::vector<Network>& local)
+    : address_(address) {
   if (address.family() == AF_INET6) {
     isMulticast_ = IN6_IS_ADDR_MC_LINKLOCAL(&As6(address).sin6_addr);
     return;
   }
   const uint32_t asked = As4(address.get()).sin_addr.s_addr;
   bool isOwnNetwork = false;
-  for (const Interface& each : Interfaces()) {
+  for (const Network& each : local) {
     // In networks of one or two addresses (RFC 3021) there is no broadcast address.
     if (ntohl(each.mask) >= 0xFFFFFFFEU) {
       continue;
     }
-    const bool isHere = (asked & each.mask) == each.network;
+    const bool isHere = (asked & each.mask) == each.address;
     isOwnNetwork = isOwnNetwork || isHere;
     if (asked == INADDR_BROADCAST || (isHere && (asked | each.mask) == INADDR_NONE)) {
-      networks_.push_back({each.network, each.mask});
+      networks_.push_back(each);
     }
   }
   const uint32_t mask24 = htonl(0xFFFFFF00U);

@@ -9,14 +9,23 @@
 
 namespace ZIOP {
 
+// An IPv4 network, in network byte order.
+struct Network {
+  uint32_t address;
+  uint32_t mask;
+};
+
+// The networks that the machine is on.
+std::vector<Network> LocalNetworks();
+
 // A host answers for itself. A broadcast address is answered by the hosts of its network: that of
 // the interface whose broadcast address it is, every interface's for 255.255.255.255, else the
 // /24 network of an address that ends in 255. The link-local multicast addresses of IPv6 are
 // answered by link-local addresses of the same zone.
 class Respondents {
  public:
-  // address has its port. Asks the system for its interfaces.
-  explicit Respondents(const HostAddress& address);
+  // address has its port; local is what LocalNetworks gives.
+  Respondents(const HostAddress& address, const std::vector<Network>& local);
 
   bool isOneHost() const { return networks_.empty() && !isMulticast_; }
 
@@ -24,11 +33,6 @@ class Respondents {
   bool Include(const HostAddress& from) const;
 
  private:
-  struct Network {
-    uint32_t address;  // both in network byte order
-    uint32_t mask;
-  };
-
   HostAddress address_;
   std::vector<Network> networks_;  // of a broadcast address
   bool isMulticast_ = false;

@@ -24,6 +24,10 @@ HostAddress At(const std::string& text) {
   return ResolveSearchAddress(SearchAddress::Parse(text), soon).at(0);
 }
 
+// Loopback, 127.0.0.0/8, and a point-to-point link.
+const std::vector<Network> kLocal = {{htonl(0x7F000000U), htonl(0xFF000000U)},
+                                     {htonl(0xC6336400U), htonl(0xFFFFFFFEU)}};
+
 TEST(NetworkSearchTest, ReadsAddresses) {
   const struct {
     const char* text;
@@ -80,6 +84,8 @@ TEST(NetworkSearchTest, KnowsWhoMayAnswer) {
       {"255.255.255.255", "127.1.2.3", true},
       {"192.0.2.255", "192.0.2.9", true},  // a network elsewhere
       {"192.0.2.255", "192.0.3.9", false},
+      {"198.51.100.1", "198.51.100.1", true},
+      {"198.51.100.1", "198.51.100.0", false},  // no broadcast address
       {"[::1]", "[::1]", true},
       {"[::1]", "[::2]", false},
       {"[ff02::1%lo]", "[fe80::1%lo]", true},
@@ -89,13 +95,13 @@ TEST(NetworkSearchTest, KnowsWhoMayAnswer) {
       {"[fe80::1%lo]", "[fe80::2%lo]", false},
   };
   for (const auto& each : kCases) {
-    EXPECT_EQ(Respondents(At(each.asked)).Include(At(each.from)), each.counts)
+    EXPECT_EQ(Respondents(At(each.asked), kLocal).Include(At(each.from)), each.counts)
         << each.asked << " " << each.from;
   }
   HostAddress elsewhere = At("[fe80::1%lo]");
   reinterpret_cast<sockaddr_in6*>(&elsewhere.storage)->sin6_scope_id += 1;
-  EXPECT_FALSE(Respondents(At("[fe80::1%lo]")).Include(elsewhere));
-  EXPECT_FALSE(Respondents(At("[ff02::1%lo]")).Include(elsewhere));
+  EXPECT_FALSE(Respondents(At("[fe80::1%lo]"), kLocal).Include(elsewhere));
+  EXPECT_FALSE(Respondents(At("[ff02::1%lo]"), kLocal).Include(elsewhere));
 }
 
 int32_t NextId() {
@@ -165,7 +171,7 @@ TEST(NetworkSearchTest, FindsAPrinterThatLacksObjects) {
       {{"lack=ppmPrinterIEEE1284DeviceId", "lack=hrDeviceDescr"}, "|QM-R410 Series|A7X9|"},
   };
   for (const auto& each : kCases) {
-    Inquiry inquiry(NextId);
+    Inquiry inquiry(NextId, kLocal);
     inquiry.Ask(At("[fe80::1%lo]:1161"), "link");
     Agent(each.faults).Answer(inquiry, At("[fe80::1%lo]:1161"));
     EXPECT_TRUE(inquiry.isComplete());
@@ -177,7 +183,7 @@ TEST(NetworkSearchTest, FindsAPrinterThatLacksObjects) {
 TEST(NetworkSearchTest, TakesOnlyAnswersToItsRequests) {
   const HostAddress printer = At("127.0.0.1");
   for (const char* fault : {"wrong-id", "wrong-oid", "garbage", "truncate=40", "loss=100"}) {
-    Inquiry inquiry(NextId);
+    Inquiry inquiry(NextId, kLocal);
     inquiry.Ask(printer, "printer");
     Agent({fault}).Answer(inquiry, printer);
     EXPECT_THAT(TextsOf(inquiry), IsEmpty()) << fault;
@@ -185,7 +191,7 @@ TEST(NetworkSearchTest, TakesOnlyAnswersToItsRequests) {
     Agent().Answer(inquiry, printer);
     EXPECT_THAT(TextsOf(inquiry), testing::SizeIs(1)) << fault;
   }
-  Inquiry inquiry(NextId);
+  Inquiry inquiry(NextId, kLocal);
   inquiry.Ask(printer, "printer");
   const std::string request = inquiry.Next()->message;
   Agent().AnswerOne(inquiry, At("127.0.0.2"), request);
@@ -197,7 +203,7 @@ TEST(NetworkSearchTest, TakesOnlyAnswersToItsRequests) {
 }
 
 TEST(NetworkSearchTest, TakesManyFromABroadcastButNotWithoutEnd) {
-  Inquiry inquiry(NextId);
+  Inquiry inquiry(NextId, kLocal);
   inquiry.Ask(At("127.255.255.255"), "all");
   const std::string request = inquiry.Next()->message;
   for (int i = 0; i < 2 * static_cast<int>(kMaximumFromBroadcasts); ++i) {
@@ -215,7 +221,7 @@ TEST(NetworkSearchTest, TakesManyFromABroadcastButNotWithoutEnd) {
 
 // What a search with its tries finds among 100 printers, each of which loses every fifth request.
 TEST(NetworkSearchTest, LossHidesNoPrinter) {
-  Inquiry inquiry(NextId);
+  Inquiry inquiry(NextId, kLocal);
   std::map<std::string, Agent> agents;
   for (int i = 1; i <= 100; ++i) {
     const std::string address = "127.0.0." + std::to_string(i);
