@@ -15,6 +15,7 @@
 #include "port_driver/HostAddress.h"
 #include "port_driver/LocalSearch.h"
 #include "port_driver/PrinterCatalogue.h"
+#include "port_driver/PrinterMemory.h"
 #include "port_driver/SearchModule.h"
 #include "port_driver/SearchThread.h"
 #include "util/Diagnostics.h"
@@ -127,7 +128,12 @@ std::vector<ListedPrinter> ListWhatIsNew(const DiscoverySettings& settings,
   HostAddresses hosts = std::move(results.configured);
   hosts.merge(results.queues.hosts);
   hosts.merge(results.network.hosts);
-  PrinterCatalogue catalogue(SupportedModels(settings.models), std::move(hosts));
+  const SupportedModels models(settings.models);
+  if (settings.network) {
+    const auto recalled = RecallPrinters(results.network.found, settings.addresses, models);
+    results.network.found.insert(results.network.found.end(), recalled.begin(), recalled.end());
+  }
+  PrinterCatalogue catalogue(models, std::move(hosts));
   for (const ListedPrinter& printer : configured) {
     catalogue.AddConfigured(printer);
   }
