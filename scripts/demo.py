@@ -44,6 +44,23 @@ def show_bytes(printer):
         print(f"  {event:12}  {shortened(text)}")
 
 
+def search(binaries, folder, printers):
+    """A worker that knows no printers, but where to ask with SNMP."""
+    models = [model for _, model in PRINTERS]
+    addresses = ["127.0.0.1:" + printer.uri.partition("snmp=")[2] for printer in printers]
+    print("  asks         ", ", ".join(addresses))
+    worker = Worker(binaries, folder, [], searches={
+        "SupportedPrinters": models, "Discovery": {"Network": True, "Addresses": addresses}})
+    request = {"Command": "GetPrinterList"}
+    print("  request      ", json.dumps(request))
+    answer = worker.ask(request)
+    for printer in printers:
+        show_bytes(printer)
+    print("  answer       ", json.dumps(answer))
+    assert {found["DeviceName"] for found in answer["Reply"]} == set(models), answer
+    worker.end()
+
+
 def run(binaries, folder):
     printers = [TracedPrinter(binaries, folder, name, model) for name, model in PRINTERS]
     worker = Worker(binaries, folder, printers)
@@ -82,6 +99,10 @@ def run(binaries, folder):
                  {"CustomMediaNo": 3, "CommandVersion": 0})
     assert record["RegistrationFlag"] == 0, record
     ask("Which firmware does the third one run?", "GetFWVersion", proof)
+
+    print(bold("\nWhich printers does a search on the network find?"))
+    with tempfile.TemporaryDirectory() as other_folder:
+        search(binaries, other_folder, printers)
 
     print(bold(f"\nThe worker ended with status {worker.end()}."))
     for printer in printers:

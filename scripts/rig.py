@@ -38,15 +38,16 @@ class VirtualPrinter:
 
 
 class Worker:
-    """A copy of the shipped folder in folder, with the printers in its list."""
+    """A copy of the shipped folder in folder, with the printers in its list, and further keys that
+    say what is searched."""
 
-    def __init__(self, binaries, folder, printers, errors=None):
+    def __init__(self, binaries, folder, printers, errors=None, searches=None):
         for name in ("PrinterNativeProcess", "libCoreFoundation.so", "ZIO"):
             source = os.path.join(binaries, name)
             copy = shutil.copytree if os.path.isdir(source) else shutil.copy
             copy(source, os.path.join(folder, name))
         with open(os.path.join(folder, "SupportPrinterList.xml"), "wb") as file:
-            plistlib.dump({"Printers": [
+            plistlib.dump({**(searches or {}), "Printers": [
                 {"InfoTargetName": printer.name, "InfoPrinterName": printer.model,
                  "DeviceURI": printer.uri} for printer in printers]}, file)
         environment = dict(os.environ, XDG_CONFIG_HOME=os.path.join(folder, "config"))
