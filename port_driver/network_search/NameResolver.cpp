@@ -2,6 +2,7 @@
 #include "port_driver/network_search/NameResolver.h"
 
 #include <algorithm>
+#include <system_error>
 
 #include "port_driver/DriverError.h"
 #include "util/Diagnostics.h"
@@ -26,9 +27,15 @@ std::vector<HostAddress> ResolveSearchAddress(const SearchAddress& address,
 NameResolver::NameResolver(std::vector<SearchAddress> names, const Deadline& deadline)
     : deadline_(deadline), names_(std::move(names)) {
   const std::size_t count = std::min(names_.size(), kMaximumThreads);
-  working_ = count;
-  for (std::size_t i = 0; i < count; ++i) {
-    threads_.emplace_back([this] { Work(); });
+  const std::lock_guard<std::mutex> lock(mutex_);
+  threads_.reserve(count);
+  try {
+    for (; working_ < count; ++working_) {
+      threads_.emplace_back([this] { Work(); });
+    }
+  } catch (const std::system_error& error) {
+    // The threads that there are do the work of all.
+    Ravik::ReportLine("ZIOP", std::string("threads for names are missing: ") + error.what());
   }
 }
 

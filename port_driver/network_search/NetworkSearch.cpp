@@ -68,7 +68,9 @@ class Search {
  public:
   Search(const std::vector<std::string>& addresses, const Deadline& deadline);
 
-  std::vector<FoundPrinter> Run();
+  void Run();
+
+  std::vector<FoundPrinter> Printers() const { return inquiry_.Printers(); }
 
  private:
   void Ask(const std::string& entry, const std::vector<HostAddress>& addresses);
@@ -85,7 +87,7 @@ class Search {
   const Clock::duration time_;
   FileDescriptor sockets_[2];  // IPv4, IPv6; opened when first needed
   Inquiry inquiry_{RandomId, LocalNetworks()};
-  int try_ = 0;  // the next one, counted from 0
+  int try_ = 1;  // the next one; whom Ask has taken up is asked for the first time at once
   Clock::time_point lastTry_ = start_;
   std::set<std::string> reported_;  // failures to send, each once
   Waiter waiter_;
@@ -123,7 +125,7 @@ void Search::Ask(const std::string& entry, const std::vector<HostAddress>& addre
   }
 }
 
-std::vector<FoundPrinter> Search::Run() {
+void Search::Run() {
   while (!IsOver()) {
     if (try_ < kSearchTries && inquiry_.isQueueEmpty() && Clock::now() >= TryTime()) {
       lastTry_ = Clock::now();
@@ -133,7 +135,6 @@ std::vector<FoundPrinter> Search::Run() {
     SendBurst();
     Wait();
   }
-  return inquiry_.Printers();
 }
 
 bool Search::IsOver() {
@@ -156,7 +157,7 @@ void Search::TakeNames() {
 Clock::time_point Search::TryTime() const {
   constexpr int kLast = kSearchTries - 1;
   const auto moment = start_ + time_ * (4 * try_ * try_) / (5 * kLast * kLast);
-  return try_ == 0 ? start_ : std::max(moment, lastTry_ + kShortestTry);
+  return std::max(moment, lastTry_ + kShortestTry);
 }
 
 void Search::SendBurst() {
@@ -231,7 +232,13 @@ void Search::Receive(const FileDescriptor& socket) {
 
 void SearchNetwork(const std::vector<std::string>& addresses, const Deadline& deadline,
                    std::vector<FoundPrinter>& found) {
-  const std::vector<FoundPrinter> printers = Search(addresses, deadline).Run();
+  Search search(addresses, deadline);
+  try {
+    search.Run();
+  } catch (const DriverError& error) {
+    Ravik::ReportLine("ZIOP", std::string("search broken off: ") + error.what());
+  }
+  const std::vector<FoundPrinter> printers = search.Printers();
   found.insert(found.end(), printers.begin(), printers.end());
 }
 

@@ -19,7 +19,8 @@ constexpr int kSearchTries = 15;
 // ones, and further and further apart. Listens until the deadline, and ends earlier only when
 // everybody has answered everything and nobody was asked by broadcast. Appends the printers; an
 // address that cannot be read, resolved or sent to is reported with one line on standard error.
-// Throws DriverError when there is no socket or no randomness, and std::bad_alloc.
+// Throws DriverError when the system gives no descriptor or no randomness to begin with, and
+// std::bad_alloc.
 void SearchNetwork(const std::vector<std::string>& addresses, const Deadline& deadline,
                    std::vector<FoundPrinter>& found);
 
