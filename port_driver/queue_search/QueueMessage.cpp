@@ -9,12 +9,12 @@
 
 #include "port_driver/DriverError.h"
 #include "port_driver/SearchModule.h"
-#include "util/Diagnostics.h"
 
 namespace ZIOP {
 namespace {
 
 constexpr std::size_t kHeaderSize = 8;  // version, status, request identifier
+constexpr int kStatusEnd = 0x600;       // no status is defined from here on
 
 struct TextRow {
   const char* attribute;
@@ -86,6 +86,12 @@ IppMessage Decode(std::string_view bytes) {
   return message;
 }
 
+// Status of a message that has been decoded, as a number: the library's own enumeration need not
+// have what a server sends.
+int StatusOf(std::string_view bytes) {
+  return static_cast<unsigned char>(bytes[2]) * 256 + static_cast<unsigned char>(bytes[3]);
+}
+
 void Store(ipp_attribute_t* attribute, Queue& queue) {
   const char* const name = ippGetName(attribute);
   if (std::strcmp(name, kType) == 0) {
@@ -119,12 +125,14 @@ IppMessage MakeQueueRequest() {
 
 std::vector<Queue> ReadQueueAnswer(std::string_view bytes) {
   const IppMessage answer = Decode(bytes);
-  const ipp_status_t status = ippGetStatusCode(answer.get());
+  const int status = StatusOf(bytes);
   if (status == IPP_STATUS_ERROR_NOT_FOUND) {
     return {};
   }
   if (status >= IPP_STATUS_REDIRECTION_OTHER_SITE) {
-    Refuse(std::string("the server answered ") + Ravik::Printable(ippErrorString(status)));
+    Refuse(std::string("the server answered ") +
+           (status < kStatusEnd ? ippErrorString(static_cast<ipp_status_t>(status))
+                                : "a status that is not defined"));
   }
   std::vector<Queue> queues;
   bool inside = false;  // a queue's group of attributes
