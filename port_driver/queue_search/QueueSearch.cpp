@@ -30,7 +30,7 @@ void SearchQueues(const std::vector<std::string>& /*addresses*/, const Deadline&
     }
   }
   if (!left_out.empty()) {
-    Ravik::ReportLine("ZIOP", "printing system: queues left out: " + left_out);
+    Ravik::ReportLine("ZIOP", "printing system: left out: " + left_out);
   }
 }
 

@@ -70,7 +70,7 @@ TEST_F(QueueTest, QueuesAreListedAndTheirPrintersReached) {
                                R"({"DeviceName":"QM-R410 Series","PrinterName":"raw"}]})");
   EXPECT_THAT(
       listed.errors,
-      AllOf(HasSubstr(R"(ZIOP: printing system: queues left out: "cable" (its device has no)"
+      AllOf(HasSubstr(R"(ZIOP: printing system: left out: "cable" (its device has no)"
                       R"( node), "nowhere" (no port for scheme "file"))"),
             HasSubstr(R"("Laser 1")"), Not(HasSubstr(R"("all")"))));
   EXPECT_THAT(SerialOf(name, kModel), HasSubstr("SN00000001"));
