@@ -68,11 +68,10 @@ TEST_F(QueueTest, QueuesAreListedAndTheirPrintersReached) {
                                name +
                                R"("},)"
                                R"({"DeviceName":"QM-R410 Series","PrinterName":"raw"}]})");
-  EXPECT_THAT(
-      listed.errors,
-      AllOf(HasSubstr(R"(ZIOP: printing system: left out: "cable" (its device has no)"
-                      R"( node), "nowhere" (no port for scheme "file"))"),
-            HasSubstr(R"("Laser 1")"), Not(HasSubstr(R"("all")"))));
+  EXPECT_THAT(listed.errors,
+              AllOf(HasSubstr(R"(ZIOP: printing system: left out: "cable" (its device has no)"
+                              R"( node), "nowhere" (no port for scheme "file"))"),
+                    HasSubstr(R"("Laser 1")"), Not(HasSubstr(R"("all")"))));
   EXPECT_THAT(SerialOf(name, kModel), HasSubstr("SN00000001"));
   EXPECT_THAT(SerialOf("raw", "QM-R410 Series"), HasSubstr("SN00000002"));
 }
