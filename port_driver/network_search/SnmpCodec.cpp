@@ -79,9 +79,6 @@ std::string EncodeSearchRequest(int32_t requestId, const SearchedObject& object)
 }
 
 std::optional<SearchAnswer> DecodeSearchAnswer(std::string_view datagram) {
-  if (datagram.size() > kMaximumAnswer) {
-    return std::nullopt;
-  }
   std::vector<u_char> bytes(datagram.begin(), datagram.end());
   netsnmp_session session = Session();
   const Pdu pdu = CreatePdu(SNMP_MSG_RESPONSE);

@@ -14,7 +14,8 @@
 
 namespace ZIOP {
 
-// Longest answer that is read, in bytes: the texts that are asked for have at most 1023.
+// Longest answer that is taken from the network, in bytes: the texts that are asked for have at
+// most 1023.
 constexpr std::size_t kMaximumAnswer = 4096;
 
 struct SearchAnswer {
@@ -26,8 +27,8 @@ struct SearchAnswer {
 // GetRequest for the object, community "public". Throws std::bad_alloc.
 std::string EncodeSearchRequest(int32_t requestId, const SearchedObject& object);
 
-// Null for what is no GetResponse of version 1 for one of kSearchedObjects, or is longer than
-// kMaximumAnswer. Not for several threads at a time.
+// Null for what is no GetResponse of version 1 for one of kSearchedObjects. Not for several threads
+// at a time.
 std::optional<SearchAnswer> DecodeSearchAnswer(std::string_view datagram);
 
 }  // namespace ZIOP
