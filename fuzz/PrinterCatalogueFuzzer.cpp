@@ -44,7 +44,7 @@ std::vector<ListedPrinter> List(const std::string& configured,
   const auto half = found.begin() + static_cast<std::ptrdiff_t>(found.size() / 2);
   catalogue.AddFound(PrinterSource::kQueues, {found.begin(), half});
   catalogue.AddFound(PrinterSource::kNetwork, {half, found.end()});
-  return catalogue.printers();
+  return catalogue.List();
 }
 
 // A line of UTF-8, by another reader of it.

@@ -140,7 +140,7 @@ std::vector<ListedPrinter> ListWhatIsNew(const DiscoverySettings& settings,
   catalogue.AddFound(PrinterSource::kQueues, results.queues.found);
   catalogue.AddFound(PrinterSource::kNetwork, results.network.found);
   catalogue.AddFound(PrinterSource::kLocal, results.local.found);
-  return catalogue.printers();
+  return catalogue.List();
 }
 
 }  // namespace

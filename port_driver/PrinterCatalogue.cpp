@@ -55,48 +55,37 @@ void ReportUnsupported(PrinterSource source, const std::set<std::string>& models
   }
 }
 
-std::string SerialTrait(const std::string& serial) {
-  return "serial " + serial;
-}
-
-std::string UUIDTrait(const std::string& uuid) {
-  return "uuid " + uuid;
-}
-
 }  // namespace
 
-// A printer that may be listed.
-struct PrinterCatalogue::Candidate {
-  std::string name;  // its own, or its model if it has none
-  bool isNamed;
-  std::string model;
-  std::string uri;
-  PrinterIdentity identity;
+// By what people see; then by everything else that makes a difference.
+bool PrinterCatalogue::ComesFirst(const Candidate& left, const Candidate& right) {
+  const auto order_of = [](const Candidate& each) {
+    const PrinterIdentity& identity = each.identity;
+    return std::array<std::string_view, 7>{each.name,    each.model,      identity.places.front(),
+                                           identity.tag, identity.serial, identity.uuid,
+                                           each.uri};
+  };
+  const auto mine = order_of(left);
+  const auto others = order_of(right);
+  return mine == others ? std::tie(left.identity.places, left.isNamed) <
+                              std::tie(right.identity.places, right.isNamed)
+                        : std::lexicographical_compare(mine.begin(), mine.end(), others.begin(),
+                                                       others.end(), ComesBefore);
+}
 
-  // By what people see; then by everything else that makes a difference.
-  bool operator<(const Candidate& other) const {
-    const auto mine = Order();
-    const auto others = other.Order();
-    return mine == others
-               ? std::tie(identity.places, isNamed) < std::tie(other.identity.places, other.isNamed)
-               : std::lexicographical_compare(mine.begin(), mine.end(), others.begin(),
-                                              others.end(), ComesBefore);
-  }
-
- private:
-  std::array<std::string_view, 7> Order() const {
-    return {name,          model, identity.places.front(), identity.tag, identity.serial,
-            identity.uuid, uri};
-  }
-};
-
-PrinterCatalogue::Candidate PrinterCatalogue::Describe(const FoundPrinter& printer,
+PrinterCatalogue::Candidate PrinterCatalogue::Describe(PrinterSource source,
+                                                       const FoundPrinter& printer,
                                                        const DeviceId& id,
                                                        const std::string& model) const {
   const std::string name = ListedText(printer.name, kMaximumNameLength);
-  return {FirstKnown(name, model), !name.empty(), model, printer.uri,
+  return {source,
+          FirstKnown(name, model),
+          !name.empty(),
+          model,
+          printer.uri,
           PrinterIdentity::Of(DeviceURI::Parse(printer.uri), hosts_, printer.address,
-                              FirstKnown(printer.serial, id.serial), printer.uuid)};
+                              FirstKnown(printer.serial, id.serial), printer.uuid),
+          0};
 }
 
 std::vector<PrinterCatalogue::Candidate> PrinterCatalogue::CandidatesOf(
@@ -113,7 +102,7 @@ std::vector<PrinterCatalogue::Candidate> PrinterCatalogue::CandidatesOf(
       continue;
     }
     try {
-      candidates.push_back(Describe(printer, id, model));
+      candidates.push_back(Describe(source, printer, id, model));
     } catch (const DriverError& error) {
       ReportLeftOut(source, Quoted(model) + ": " + error.what());
     }
@@ -122,68 +111,47 @@ std::vector<PrinterCatalogue::Candidate> PrinterCatalogue::CandidatesOf(
   return candidates;
 }
 
-bool PrinterCatalogue::IsKnown(const Candidate& candidate) const {
-  const PrinterIdentity& identity = candidate.identity;
-  const auto is_of_same_model = [&](const std::string& trait) {
-    const auto known = traits_.find(trait);
-    return known != traits_.end() &&
-           std::any_of(known->second.begin(), known->second.end(), [&](const std::string& model) {
-             return IsSameModel(model, candidate.model);
-           });
-  };
-  return std::any_of(identity.places.begin(), identity.places.end(),
-                     [&](const std::string& place) { return traits_.count(place) != 0; }) ||
-         is_of_same_model(SerialTrait(identity.serial)) ||
-         is_of_same_model(UUIDTrait(identity.uuid));
-}
-
-void PrinterCatalogue::Remember(const PrinterIdentity& identity, const std::string& model) {
-  std::vector<std::string> traits = identity.places;
-  if (!identity.serial.empty()) {
-    traits.push_back(SerialTrait(identity.serial));
-  }
-  if (!identity.uuid.empty()) {
-    traits.push_back(UUIDTrait(identity.uuid));
-  }
-  for (const std::string& trait : traits) {
-    std::vector<std::string>& models = traits_[trait];
-    if (std::find(models.begin(), models.end(), model) == models.end()) {
-      models.push_back(model);
-    }
-  }
-}
-
-std::string PrinterCatalogue::FreeName(PrinterSource source, const Candidate& candidate) const {
-  if (candidate.isNamed && RowOf(source).namesAreUnique && names_.count(candidate.name) == 0) {
+// Empty when there is none.
+std::string PrinterCatalogue::FreeName(const Candidate& candidate, const Names& names) {
+  if (candidate.isNamed && RowOf(candidate.source).namesAreUnique &&
+      names.count(candidate.name) == 0) {
     return candidate.name;
   }
   const std::string tag = " (" + ListedText(candidate.identity.tag, kMaximumTagLength) + ")";
   const std::string name = ListedText(candidate.name, kMaximumNameLength - tag.size()) + tag;
-  return names_.count(name) == 0 ? name : std::string();
+  return names.count(name) == 0 ? name : std::string();
 }
 
 void PrinterCatalogue::AddConfigured(const ListedPrinter& printer) {
-  names_.insert(printer.name);
-  Remember(PrinterIdentity::Of(DeviceURI::Parse(printer.uri), hosts_), printer.model);
+  configured_names_.insert(printer.name);
+  groups_.Add(PrinterIdentity::Of(DeviceURI::Parse(printer.uri), hosts_), printer.model);
 }
 
 void PrinterCatalogue::AddFound(PrinterSource source, const std::vector<FoundPrinter>& found) {
   std::vector<Candidate> candidates = CandidatesOf(source, found);
-  std::sort(candidates.begin(), candidates.end());
-  for (const Candidate& candidate : candidates) {
-    const bool is_known = IsKnown(candidate);
-    Remember(candidate.identity, candidate.model);
-    if (is_known) {
-      continue;
-    }
-    const std::string name = FreeName(source, candidate);
-    if (name.empty()) {
-      ReportLeftOut(source, Quoted(candidate.name) + ": its name is taken");
-      continue;
-    }
-    names_.insert(name);
-    printers_.push_back({name, candidate.model, candidate.uri});
+  std::sort(candidates.begin(), candidates.end(), ComesFirst);
+  for (Candidate& candidate : candidates) {
+    candidate.number = groups_.Add(candidate.identity, candidate.model);
+    candidates_.push_back(std::move(candidate));
   }
+}
+
+std::vector<ListedPrinter> PrinterCatalogue::List() const {
+  std::vector<ListedPrinter> printers;
+  Names names = configured_names_;
+  for (const Candidate& candidate : candidates_) {
+    if (!groups_.IsFirst(candidate.number)) {
+      continue;
+    }
+    const std::string name = FreeName(candidate, names);
+    if (name.empty()) {
+      ReportLeftOut(candidate.source, Quoted(candidate.name) + ": its name is taken");
+      continue;
+    }
+    names.insert(name);
+    printers.push_back({name, candidate.model, candidate.uri});
+  }
+  return printers;
 }
 
 }  // namespace ZIOP

@@ -64,7 +64,7 @@ std::vector<std::string> List(const Findings& findings) {
   catalogue.AddFound(PrinterSource::kNetwork, findings.network);
   catalogue.AddFound(PrinterSource::kLocal, findings.local);
   std::vector<std::string> lines;
-  for (const ListedPrinter& printer : catalogue.printers()) {
+  for (const ListedPrinter& printer : catalogue.List()) {
     EXPECT_THAT(kSupported, testing::Contains(printer.model));
     lines.push_back(printer.name + " " + printer.uri);
   }
@@ -102,6 +102,17 @@ TEST(PrinterCatalogueTest, ListsEveryPrinterOnce) {
         {Network("[2001:db8::7]", ""), Network("[::ffff:192.0.2.7]", ""), Network("192.0.2.8", "")},
         {Local("usb/lp%30", "MDL:QM-R410 Series")}},
        {"QM-R410 Series (192.0.2.8) socket://192.0.2.8"}},
+      {"the last source tells that what was found before is configured, and that two are one",
+       {{{"Mine", "Model", "file:///dev/usb/lp0"}},
+        {Queue("Hall", "socket://192.0.2.5"), Queue("Yard", "socket://192.0.2.6")},
+        {Network("192.0.2.1", "SN0042"), Network("192.0.2.2", "SN0043"),
+         Network("192.0.2.6", "SN0044")},
+        {Local("usb/lp0", "MDL:QM-R410 Series;SN:SN0042;"),
+         Local("usb/lp1", "MDL:QM-R410 Series;SN:SN0043;"),
+         Local("usb/lp2", "MDL:QM-R410 Series;SN:SN0045;"),
+         Local("usb/lp2", "MDL:QM-R410 Series;SN:SN0044;")}},
+       {"Hall socket://192.0.2.5", "Yard socket://192.0.2.6",
+        "QM-R410 Series (SN0043) socket://192.0.2.2"}},
       {"serial numbers that tell nothing",
        {{},
         {},
