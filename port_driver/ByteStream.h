@@ -67,8 +67,10 @@ class ByteStream {
   // A few milliseconds' wait, for what no event tells.
   void Rest();
 
-  // The moment by which a printer that sends nothing more has paused.
-  Deadline NextPause() const { return Deadline::After(uri_.timeout / 4); }
+  // How long a printer sends nothing that has come to the end of what it sends, and the moment by
+  // which it has done so.
+  std::chrono::milliseconds Pause() const { return uri_.timeout / 4; }
+  Deadline NextPause() const { return Deadline::After(Pause()); }
 
   DriverError Timeout(const char* what) const;
 

@@ -105,21 +105,21 @@ void LocalDevice::PrepareToWrite(std::string_view bytes) {
     DropStaleBytes();
   }
   writing_ = true;
-  owes_reply_ = owes_reply_ || HoldsCommand(bytes);
+  if (HoldsCommand(bytes)) {
+    patience_ = uri_.budget();
+  }
 }
 
 void LocalDevice::PrepareToRead() {
   writing_ = false;
-  owes_reply_ = true;
+  patience_ = uri_.budget();
 }
 
-// Takes what the printer still sends for earlier commands, until it pauses: a reply that it owes is
-// waited for, anything else is only looked for. What stays away for longer than the port's own time
-// is not expected any more.
+// Takes what the printer still sends for earlier commands, until it pauses: what it owes is waited
+// for, anything else is only looked for. What stays away for longer is not expected any more.
 void LocalDevice::DropStaleBytes() {
-  const auto patience = owes_reply_ ? uri_.budget() : std::chrono::milliseconds(0);
-  const Deadline end = Deadline::After(patience + uri_.budget());
-  Deadline pause = Deadline::After(patience);
+  const Deadline end = Deadline::After(patience_ + uri_.budget());
+  Deadline pause = Deadline::After(patience_);
   char dropped[4096];
   while (Receive(dropped, sizeof dropped, pause) != 0) {
     if (end.HasPassed()) {
@@ -127,7 +127,7 @@ void LocalDevice::DropStaleBytes() {
     }
     pause = NextPause();
   }
-  owes_reply_ = false;
+  patience_ = {};
 }
 
 std::size_t LocalDevice::TryToSend(std::string_view bytes) {
@@ -136,7 +136,9 @@ std::size_t LocalDevice::TryToSend(std::string_view bytes) {
 
 std::size_t LocalDevice::TryToReceive(char* buffer, std::size_t capacity) {
   const std::size_t length = Transferred("read", ::read(file_.get(), buffer, capacity));
-  owes_reply_ = owes_reply_ && length == 0;
+  if (length != 0) {
+    patience_ = length == capacity ? Pause() : std::chrono::milliseconds(0);
+  }
   return length;
 }
 
@@ -194,7 +196,7 @@ void LocalDevice::Close() {
 // What a terminal has queued would also hold up its closing.
 void LocalDevice::Abort() {
   ::tcflush(file_.get(), TCIOFLUSH);
-  owes_reply_ = true;
+  patience_ = uri_.budget();
 }
 
 }  // namespace ZIOP

@@ -2,6 +2,7 @@
 #ifndef PORT_DRIVER_LOCALDEVICE_H_
 #define PORT_DRIVER_LOCALDEVICE_H_
 
+#include <chrono>
 #include <cstddef>
 #include <string_view>
 
@@ -12,7 +13,8 @@ namespace ZIOP {
 
 // Unlike a connection, a device has no beginning and no end: what a printer sends too late for the
 // program that asked is there for the next one. So a reply that a command in remote mode calls for,
-// or that was waited for in vain, is waited for and dropped before the next exchange and on Close.
+// or that was waited for in vain, and the rest of one that filled the buffer are waited for and
+// dropped before the next exchange and on Close.
 class LocalDevice : public ByteStream {
  public:
   // Opens the node for this process alone among those that lock it (flock): one that another
@@ -45,8 +47,9 @@ class LocalDevice : public ByteStream {
   void DropStaleBytes();
 
   Ravik::FileDescriptor file_;
-  bool writing_ = false;     // the exchange in progress has not begun to read
-  bool owes_reply_ = false;  // the printer is to reply, and has not begun to
+  bool writing_ = false;  // the exchange in progress has not begun to read
+  // How long the printer may take to send, or to go on sending, what nobody has read.
+  std::chrono::milliseconds patience_{0};
 };
 
 }  // namespace ZIOP

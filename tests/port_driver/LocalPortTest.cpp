@@ -119,6 +119,19 @@ TEST(LocalPortTest, LateRepliesAnswerNoOtherCommand) {
   expect_good("the reply to a command that was only written");
 }
 
+TEST(LocalPortTest, TheRestOfAReplyThatDidNotFitIsWaitedFor) {
+  LocalPeer peer;
+  PluggedPort port(peer.Uri(4000));
+  for (const char* const rest : {"", "rest"}) {
+    auto reply = std::async(std::launch::async, [&] { return port.Control(kCommand, 4); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    Send(peer.side(), rest);
+    EXPECT_EQ(ReadAll(peer.side(), kCommand.size()), kCommand);
+    Send(peer.side(), "good");
+    EXPECT_EQ(reply.get(), "good");
+  }
+}
+
 // As a printer's driver may be, which always is ready and has nothing, or never stops.
 TEST(LocalPortTest, DevicesThatAreAlwaysReadyAreBounded) {
   PluggedPort silent, endless;
