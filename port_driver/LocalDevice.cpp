@@ -101,8 +101,8 @@ Ravik::FileDescriptor LocalDevice::TryToOpen() const {
 }
 
 void LocalDevice::PrepareToWrite(std::string_view bytes) {
-  if (!writing_) {
-    DropStaleBytes();
+  if (!writing_ && !DropStaleBytes()) {
+    throw Timeout("the printer did not stop sending");
   }
   writing_ = true;
   if (HoldsCommand(bytes)) {
@@ -116,18 +116,20 @@ void LocalDevice::PrepareToRead() {
 }
 
 // Takes what the printer still sends for earlier commands, until it pauses: what it owes is waited
-// for, anything else is only looked for. What stays away for longer is not expected any more.
-void LocalDevice::DropStaleBytes() {
+// for, anything else is only looked for. What stays away for longer is not expected any more. False
+// for a printer that does not stop.
+bool LocalDevice::DropStaleBytes() {
   const Deadline end = Deadline::After(patience_ + uri_.budget());
   Deadline pause = Deadline::After(patience_);
   char dropped[4096];
   while (Receive(dropped, sizeof dropped, pause) != 0) {
     if (end.HasPassed()) {
-      throw Timeout("the printer did not stop sending");
+      return false;
     }
     pause = NextPause();
   }
   patience_ = {};
+  return true;
 }
 
 std::size_t LocalDevice::TryToSend(std::string_view bytes) {

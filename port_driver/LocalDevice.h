@@ -28,8 +28,8 @@ class LocalDevice : public ByteStream {
   // driver takes bytes again, which those that send from one buffer do when it is empty.
   void Flush() override;
 
-  // Flushes, and takes the replies that nobody has read. The last operation; the destructor closes
-  // the node.
+  // Flushes, and takes the replies that nobody has read; a printer that does not stop sending is no
+  // failure. The last operation; the destructor closes the node.
   void Close();
 
  private:
@@ -44,7 +44,7 @@ class LocalDevice : public ByteStream {
   std::size_t Transferred(const char* call, ssize_t result) const;
   void CheckPresence() const;
   void AwaitSent();
-  void DropStaleBytes();
+  bool DropStaleBytes();
 
   Ravik::FileDescriptor file_;
   bool writing_ = false;  // the exchange in progress has not begun to read

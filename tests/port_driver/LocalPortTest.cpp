@@ -148,6 +148,7 @@ TEST(LocalPortTest, DevicesThatAreAlwaysReadyAreBounded) {
   EXPECT_EQ(endless.Write("x"), -4);
   EXPECT_EQ(endless.error, "the printer did not stop sending within 100 ms");
   EXPECT_EQ(endless.Read(4), std::string(4, '\0'));
+  EXPECT_EQ(endless.Call(&Table::close), 0) << "every byte was taken";
 }
 
 TEST(LocalPortTest, AnUnpluggedDeviceIsReportedAtOnce) {
