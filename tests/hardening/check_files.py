@@ -13,7 +13,7 @@ IS_X86 = os.uname().machine == "x86_64"
 FILES = {
     "PrinterNativeProcess": ("main", True),
     "virtual-printer": ("main", True),
-    "libCoreFoundation.so": ("CFRelease", True),
+    "libCoreFoundation.so": ("CFRelease", False),
     "libZIOP.so": ("ZIOPlugInFactory", False),
     "libZIOPNetwork.so": ("ZIOPSearch", False),
     "libZIOPQueues.so": ("ZIOPSearch", False),
