@@ -53,8 +53,13 @@ std::string SupportedModels::Match(std::string_view maker, std::string_view text
       return std::string(bare);
     }
   } while (TakeWord(maker_name, bare));
-  const std::string full = maker_name + " " + std::string(bare);
-  return names_.count(full) != 0 ? full : std::string();
+  for (const std::string& name : names_) {
+    std::string_view rest = name;
+    if (TakeWord(maker_name, rest) && rest == bare) {
+      return name;
+    }
+  }
+  return {};
 }
 
 std::string SupportedModels::NameOf(const FoundPrinter& printer, const DeviceId& id) const {

@@ -19,10 +19,10 @@ class SupportedModels {
       : names_(names.begin(), names.end()) {}
 
   // The supported name of a printer, id being its device identifier; empty if it has none. Texts
-  // are compared whole, letter case included, blanks tidied. The model comes first, then that of
-  // the identifier, then the descriptions; each of them as it stands, without the maker's name in
-  // front, however often it stands there, and with it once. Where no maker is known, the first word
-  // is taken for it.
+  // are compared whole, blanks tidied, letter case included but for the maker's name. The model
+  // comes first, then that of the identifier, then the descriptions; each of them as it stands,
+  // without the maker's name in front, however often it stands there, and with it once. Where no
+  // maker is known, the first word is taken for it.
   std::string NameOf(const FoundPrinter& printer, const DeviceId& id) const;
 
  private:

@@ -213,6 +213,7 @@ TEST(PrinterCatalogueTest, ListsOnlySupportedModels) {
       {"", " ZARMO  zarmo\tQM-R410 Series ", "", "", kModel},
       {"", "", "", "MFG:ZARMO;MDL:QM-V5PS Series", "ZARMO QM-V5PS Series"},
       {"ZARMO", "QM-V5PS Series", "", "", "ZARMO QM-V5PS Series"},
+      {"", "Zarmo QM-V5PS Series", "", "", "ZARMO QM-V5PS Series"},
       {"", "Agent 1.0", "", "DES:QM-R410 Series", kModel},
       {"", "Agent 1.0", "ZARMO QM-R410 Series", "MFG:ZARMO;MDL:X", kModel},
       {"", "qm-r410 series", "", "", ""},
