@@ -38,12 +38,14 @@ FoundPrinter TakePrinter(std::string_view& input) {
 }
 
 std::vector<ListedPrinter> List(const std::string& configured,
-                                const std::vector<FoundPrinter>& found) {
+                                const std::vector<FoundPrinter>& found,
+                                const std::vector<FoundPrinter>& local = {}) {
   ZIOP::PrinterCatalogue catalogue(ZIOP::SupportedModels(kModels), {});
   catalogue.AddConfigured({configured, "M", "socket://192.0.2.1"});
   const auto half = found.begin() + static_cast<std::ptrdiff_t>(found.size() / 2);
   catalogue.AddFound(PrinterSource::kQueues, {found.begin(), half});
   catalogue.AddFound(PrinterSource::kNetwork, {half, found.end()});
+  catalogue.AddFound(PrinterSource::kLocal, local);
   return catalogue.List();
 }
 
@@ -67,18 +69,22 @@ void Check(const std::string& configured, const std::vector<ListedPrinter>& prin
   }
 }
 
-// The order of arrival within a source plays no part.
+bool Equal(const std::vector<ListedPrinter>& left, const std::vector<ListedPrinter>& right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](const ListedPrinter& one, const ListedPrinter& other) {
+                      return one.name == other.name && one.model == other.model &&
+                             one.uri == other.uri;
+                    });
+}
+
+// The order of arrival within a source plays no part, and what is found again is not listed again.
 void CheckOrder(const std::string& configured, std::vector<FoundPrinter> found,
                 const std::vector<ListedPrinter>& printers) {
+  FUZZ_CHECK(Equal(printers, List(configured, found, found)));
   const auto half = found.begin() + static_cast<std::ptrdiff_t>(found.size() / 2);
   std::reverse(found.begin(), half);
   std::reverse(half, found.end());
-  const std::vector<ListedPrinter> again = List(configured, found);
-  FUZZ_CHECK(std::equal(printers.begin(), printers.end(), again.begin(), again.end(),
-                        [](const ListedPrinter& left, const ListedPrinter& right) {
-                          return left.name == right.name && left.model == right.model &&
-                                 left.uri == right.uri;
-                        }));
+  FUZZ_CHECK(Equal(printers, List(configured, found)));
 }
 
 }  // namespace
