@@ -2,6 +2,7 @@
 #include <dlfcn.h>
 #include <netdb.h>
 
+#include <atomic>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -18,6 +19,7 @@ constexpr char kManyAddresses[] = "many.test";     // 127.0.0.1 over and over
 constexpr char kUnanswered[] = "unanswered.test";  // not before the resolver is free
 
 std::mutex resolver;
+std::atomic<int> waiting{0};  // for the resolver
 
 }  // namespace
 
@@ -43,7 +45,9 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* na
     return result;
   }
   if (!isNumeric && host == kUnanswered) {
+    ++waiting;
     const std::lock_guard<std::mutex> free(resolver);
+    --waiting;
     return EAI_AGAIN;
   }
   return system(name, service, hints, list);
@@ -122,7 +126,7 @@ TEST(NameTest, AHangingResolverDoesNotUseUpTheProcess) {
     }
     EXPECT_EQ(hanging.error, "too many names are being resolved");
   }
-  while (other.Call(&ZIOPortTable::open) == -3) {
+  while (waiting != 0 || other.Call(&ZIOPortTable::open) == -3) {
     std::this_thread::yield();
   }
   EXPECT_EQ(other.Call(&ZIOPortTable::close), 0) << "open again once the resolver answers";
