@@ -47,7 +47,8 @@ std::string_view TakeCharacter(std::string_view& text) {
     return kReplacement;
   }
   const bool is_control = length == 2 && character < "\xC2\xA0";  // U+0080 to U+009F
-  return is_control ? " " : character;
+  const bool ends_line = character == "\xE2\x80\xA8" || character == "\xE2\x80\xA9";
+  return is_control || ends_line ? " " : character;
 }
 
 // Cuts the digits that text begins with off, and gives them without leading zeros.

@@ -13,7 +13,7 @@ namespace ZIOP {
 std::string Tidy(std::string_view text);
 
 // Tidy text in UTF-8, of at most maximum bytes, cut between characters: every byte that belongs to
-// no character as U+FFFD, control characters as blanks.
+// no character as U+FFFD, control characters and those that end a line (U+2028, U+2029) as blanks.
 std::string ListedText(std::string_view text, std::size_t maximum);
 
 // text with the letters A to Z in lower case.

@@ -183,7 +183,9 @@ TEST(PrinterCatalogueTest, NamesAreFreeReadableAndShort) {
       {{Queue("", "socket://192.0.2.2")},
        {},
        {"ZARMO QM-R410 Series Comm Driver (192.0.2.2) socket://192.0.2.2"}},
-      {{Queue(" B\xC3\xBCro\n\xFF\xED\xA0\x80\xC2\x85 1\x7F", "socket://h")},
+      {{Queue(" B\xC3\xBCro\n\xFF\xED\xA0\x80\xC2\x85 \xE2\x80\xA8"
+              "1\x7F\xE2\x80\xA9",
+              "socket://h")},
        {},
        {"B\xC3\xBCro \xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD 1 socket://h"}},
       {{Queue(std::string(126, 'n') + "\xC3\xBC", "socket://h")},
