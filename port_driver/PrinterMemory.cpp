@@ -146,9 +146,9 @@ std::optional<Recognised> Recognise(const FoundPrinter& printer, const Supported
   }
 }
 
-// Gives printer the texts of one at the same place that last time was the same model.
-void FillIn(FoundPrinter& printer, const std::string& model, const std::vector<Remembered>& before,
-            const SupportedModels& models) {
+// printer with the texts of one at the same place that last time was the same model.
+FoundPrinter FilledIn(FoundPrinter printer, const std::string& model,
+                      const std::vector<Remembered>& before, const SupportedModels& models) {
   for (const auto& [known, time] : before) {
     if (known.uri != printer.uri ||
         models.NameOf(known, DeviceId::Parse(known.deviceId)) != model) {
@@ -161,6 +161,7 @@ void FillIn(FoundPrinter& printer, const std::string& model, const std::vector<R
       }
     }
   }
+  return printer;
 }
 
 using Traits = std::unordered_set<std::string>;
@@ -175,13 +176,19 @@ Traits NoteFound(std::vector<FoundPrinter>& found, const std::vector<Remembered>
                  const SupportedModels& models, seconds now, std::vector<Remembered>& all) {
   Traits traits;
   for (FoundPrinter& printer : found) {
-    const auto recognised = Recognise(printer, models);
-    if (recognised) {
-      FillIn(printer, recognised->model, before, models);
-      const auto complete = Recognise(printer, models);
-      traits.insert(complete->traits.begin(), complete->traits.end());
-      all.push_back({printer, now});
+    auto recognised = Recognise(printer, models);
+    if (!recognised) {
+      continue;
     }
+    // With another's maker in its identifier the printer may be another model, or none.
+    FoundPrinter filled = FilledIn(printer, recognised->model, before, models);
+    auto again = Recognise(filled, models);
+    if (again && again->model == recognised->model) {
+      printer = std::move(filled);
+      recognised = std::move(again);
+    }
+    traits.insert(recognised->traits.begin(), recognised->traits.end());
+    all.push_back({printer, now});
   }
   return traits;
 }

@@ -102,6 +102,14 @@ TEST_F(PrinterMemoryTest, FillsInWhatGotLost) {
          {"Model A", "Model B"});
   EXPECT_EQ(found_[0].serial, "AB10001");
   EXPECT_EQ(found_[1].serial, "") << "another model";
+
+  // The maker in the identifier decides which words are the model.
+  Recall({Printer("192.0.2.3", "AB10003")});
+  found_[0].deviceId = "MFG:Model;MDL:B;";
+  Recall(found_);
+  Recall({Printer("192.0.2.3", "AB10003", "Maker Model A")});
+  EXPECT_EQ(found_[0].serial, "AB10003");
+  EXPECT_EQ(found_[0].deviceId, "") << "would make it a printer that is not supported";
 }
 
 TEST_F(PrinterMemoryTest, TakesADamagedFileForEmpty) {
