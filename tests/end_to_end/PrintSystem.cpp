@@ -79,6 +79,10 @@ PrintSystemFolder::PrintSystemFolder() {
   std::string name = (fs::temp_directory_path() / "cups-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp: " + name);
   path_ = name;
+  if (socket().size() >= sizeof(sockaddr_un::sun_path)) {
+    fs::remove(path_);
+    throw std::runtime_error("TMPDIR is too long for a socket's name: " + name);
+  }
   // The folders of programs that cupsd wants to be there, whether there is anything in them or not.
   for (const char* folder : {"ppd", "backend", "daemon", "filter", "notifier", "monitor"}) {
     fs::create_directory(path_ / folder);

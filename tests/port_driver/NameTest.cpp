@@ -9,6 +9,7 @@
 
 #include "port_driver/DriverError.h"
 #include "port_driver/SnmpMessage.h"
+#include "tests/Loopback6.h"
 #include "tests/port_driver/Peer.h"
 #include "tests/port_driver/PluggedPort.h"
 
@@ -70,15 +71,19 @@ TEST(NameTest, SnmpTriesEveryAddress) {
       {"127.0.0.1", nullptr, kTwoAddresses, kPatient},
       {"127.0.0.1", "127.0.0.2", kTwoAddresses, "timeout=50&retries=100"},
   };
+  const bool has_loopback6 = HasLoopback6();
   for (const auto& row : kRows) {
+    if (!has_loopback6 && row.serves == std::string_view("::1")) continue;
     Peer peer(SOCK_DGRAM, 0, row.serves);
-    const Peer silent(SOCK_DGRAM, row.silent ? peer.port() : 0, row.silent ? row.silent : "::1");
+    const Peer silent(SOCK_DGRAM, row.silent ? peer.port() : 0,
+                      row.silent ? row.silent : "127.0.0.1");
     PluggedPort port(Uri(9100, row.options + ("&snmp=" + std::to_string(peer.port())), row.name));
     auto taken = std::async(std::launch::async, [&port] { return port.Exchange(kRequest); });
     peer.Receive();
     peer.Send(SnmpAnswer(kRequest, 200));
     EXPECT_EQ(taken.get(), SnmpAnswer(kRequest, 200)) << row.name;
   }
+  if (!has_loopback6) GTEST_SKIP() << kNoLoopback6;
 }
 
 TEST(NameTest, ManyAddressesDoNotUseUpTheDescriptors) {

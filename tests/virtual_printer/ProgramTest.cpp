@@ -38,11 +38,11 @@ struct RunningPrinter {
   }
 
   FileDescriptor Connect() const {
-    FileDescriptor socket(::socket(AF_INET6, SOCK_STREAM, 0));
-    sockaddr_in6 address{};
-    address.sin6_family = AF_INET6;
-    address.sin6_addr = in6addr_loopback;
-    address.sin6_port = htons(static_cast<in_port_t>(ready.get("raw").get<double>()));
+    FileDescriptor socket(::socket(AF_INET, SOCK_STREAM, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<in_port_t>(ready.get("raw").get<double>()));
     EXPECT_EQ(connect(socket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     return socket;
   }
@@ -116,8 +116,7 @@ TEST(Program, AnswersBeforeItCloses) {
   constexpr std::size_t kCommands = 30000;
   constexpr std::size_t kReplies = (kCommands - 1) * 239;
   for (const char* fault : {"delay=0", "delay=5"}) {
-    const RunningPrinter printer(
-        {"--model", kPlain, "--listen", "::1", "--fault", fault, "--fault", "drop=1"});
+    const RunningPrinter printer({"--model", kPlain, "--fault", fault, "--fault", "drop=1"});
     const FileDescriptor host = printer.Connect();
     Send(host, Remote(std::vector<Bytes>(kCommands, Read("370380"))));
     Send(host, Bytes(kEnter.begin(), kEnter.end() - 1));  // incomplete
@@ -135,8 +134,7 @@ TEST(Program, AnswersBeforeItCloses) {
 TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
   const std::string path = LocalPath();
   ASSERT_EQ(symlink("/dev/null", path.c_str()), 0);  // is replaced
-  RunningPrinter printer(
-      {"--model", kPlain, "--listen", "::1", "--local", path, "--fault", "status-text=410D0A"});
+  RunningPrinter printer({"--model", kPlain, "--local", path, "--fault", "status-text=410D0A"});
   const FileDescriptor watcher = printer.Connect();
   for (int round = 0; round < 3; ++round) {
     FileDescriptor host(open(path.c_str(), O_RDWR | O_NOCTTY));
@@ -162,7 +160,7 @@ TEST(Program, StartsAfreshForEveryHostOfTheLocalPort) {
 TEST(Program, EndsWithItsStateSavedWhenItIsHeldUp) {
   for (const bool traces : {false, true}) {
     const std::filesystem::path state = LocalPath() + "-state";
-    Texts options = {"--model", kPlain, "--listen", "::1", "--state", state};
+    Texts options = {"--model", kPlain, "--state", state};
     if (traces) options.emplace_back("--trace");
     RunningPrinter printer(options);
     const FileDescriptor host = printer.Connect();
@@ -177,8 +175,7 @@ TEST(Program, EndsWithItsStateSavedWhenItIsHeldUp) {
 
 TEST(Program, ResetsTcpConnectionsAlone) {
   const std::string path = LocalPath();
-  RunningPrinter printer(
-      {"--model", kPlain, "--listen", "::1", "--local", path, "--fault", "reset"});
+  RunningPrinter printer({"--model", kPlain, "--local", path, "--fault", "reset"});
   const FileDescriptor local(open(path.c_str(), O_RDWR | O_NOCTTY));
   Send(local, Remote({kNothing}));
   EXPECT_EQ(ReadText(local, 6), "XX:NA;");
