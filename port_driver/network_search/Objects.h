@@ -19,14 +19,14 @@ struct SearchedObject {
 };
 
 // A request of SNMPv1 fails as a whole when one of its objects is missing, so each is asked for by
-// itself. The index of the identifiers is that of a channel in the Printer Port Monitor MIB, which
+// itself. The index of the identifiers is that of a printer in the Printer Port Monitor MIB, which
 // need not be 1.
 constexpr SearchedObject kSearchedObjects[] = {
     // ppmPrinterIEEE1284DeviceId (PWG 5107.1), hrDeviceDescr (RFC 2790), sysDescr (RFC 1213)
     {{1, 3, 6, 1, 4, 1, 2699, 1, 2, 1, 2, 1, 1, 3, 1}, 15, &FoundPrinter::deviceId, false},
     {{1, 3, 6, 1, 2, 1, 25, 3, 2, 1, 3, 1}, 12, &FoundPrinter::model, false},
     {{1, 3, 6, 1, 2, 1, 1, 1, 0}, 9, &FoundPrinter::description, false},
-    // prtGeneralSerialNumber (RFC 3805), and the identifiers of further channels
+    // prtGeneralSerialNumber (RFC 3805), and the identifiers under further indices
     {{1, 3, 6, 1, 2, 1, 43, 5, 1, 1, 17, 1}, 12, &FoundPrinter::serial, true},
     {{1, 3, 6, 1, 4, 1, 2699, 1, 2, 1, 2, 1, 1, 3, 2}, 15, &FoundPrinter::deviceId, true},
     {{1, 3, 6, 1, 4, 1, 2699, 1, 2, 1, 2, 1, 1, 3, 3}, 15, &FoundPrinter::deviceId, true},

@@ -1,6 +1,8 @@
 // Reader of addresses to ask.
 #include "port_driver/network_search/SearchAddress.h"
 
+#include <netdb.h>
+
 #include <algorithm>
 #include <charconv>
 
@@ -52,8 +54,14 @@ SearchAddress SearchAddress::Parse(const std::string& text) {
 }
 
 bool SearchAddress::isNumeric() const {
-  return host.find(':') != std::string::npos ||
-         host.find_first_not_of("0123456789.") == std::string::npos;
+  addrinfo hints{};
+  hints.ai_flags = AI_NUMERICHOST;
+  addrinfo* list = nullptr;
+  if (::getaddrinfo(host.c_str(), nullptr, &hints, &list) != 0) {
+    return false;
+  }
+  ::freeaddrinfo(list);
+  return true;
 }
 
 }  // namespace ZIOP

@@ -18,7 +18,7 @@ struct SearchAddress {
   // Throws DriverError (kParameter) for a text of another form.
   static SearchAddress Parse(const std::string& text);
 
-  // Whether host needs no name service.
+  // Whether host is an address, so that resolving it waits for nobody. "192.0.2.256" is a name.
   bool isNumeric() const;
 };
 
