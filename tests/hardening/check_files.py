@@ -55,6 +55,8 @@ def faults(path):
             re.match(r"\$ORIGIN(/|$)", folder)
             for paths in run_paths for folder in paths.split(":")),
         "run path before LD_LIBRARY_PATH": "(RUNPATH)" not in dynamic,
+        "libraries of searches left to their modules": entry == "ZIOPSearch" or
+            not re.search(r"NEEDED.*\[lib(netsnmp|cups)\b", dynamic),
     }
     if IS_X86:
         checks.update(x86_checks(path, entry))
