@@ -4,6 +4,7 @@
 #include <netdb.h>
 
 #include <deque>
+#include <exception>
 #include <set>
 #include <string>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "port_driver/DriverError.h"
 #include "port_driver/HostAddress.h"
 #include "port_driver/LocalSearch.h"
+#include "port_driver/Module.h"
 #include "port_driver/PrinterCatalogue.h"
 #include "port_driver/PrinterMemory.h"
 #include "port_driver/SearchModule.h"
@@ -160,3 +162,11 @@ void AppendFoundPrinters(CFDictionaryRef information, CFMutableArrayRef records)
 }
 
 }  // namespace ZIOP
+
+void ZIOPDiscover(CFDictionaryRef information, CFMutableArrayRef records) noexcept {
+  try {
+    ZIOP::AppendFoundPrinters(information, records);
+  } catch (const std::exception& error) {
+    Ravik::ReportLine("ZIOP", "search broken off: " + Ravik::Printable(error.what()));
+  }
+}

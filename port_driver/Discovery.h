@@ -1,8 +1,18 @@
-// Searches for printers, run as the supported-printer dictionary asks for them.
+// Searches for printers, run as the supported-printer dictionary asks for them. They and what makes
+// one list of their findings are a module beside the driver, so that a request that does not search
+// loads none of it.
 #ifndef PORT_DRIVER_DISCOVERY_H_
 #define PORT_DRIVER_DISCOVERY_H_
 
 #include "corefoundation/Foundation.h"
+
+extern "C" {
+
+// What the module exports: AppendFoundPrinters. Throws nothing; reports a failure with ReportLine.
+__attribute__((visibility("default"))) void ZIOPDiscover(CFDictionaryRef information,
+                                                         CFMutableArrayRef records) noexcept;
+
+}  // extern "C"
 
 namespace ZIOP {
 

@@ -1,10 +1,14 @@
 // Slots of the port-information interface.
 #include "port_driver/PortInfoInterface.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "corefoundation/Foundation.h"
 #include "port_driver/ConfiguredPrinters.h"
 #include "port_driver/Discovery.h"
 #include "port_driver/FunctionTable.h"
+#include "port_driver/Module.h"
 #include "util/Diagnostics.h"
 
 namespace ZIOP {
@@ -49,6 +53,25 @@ constexpr ZIOPortInfoTable kTable = {
     GetList,
 };
 
+// Whether information may ask for a search; the searches themselves look closer.
+bool MayAskForSearch(CFDictionaryRef information) {
+  const CFTypeRef discovery = CFDictionaryGetValue(information, CFSTR("Discovery"));
+  const auto searches = CFCast<CFDictionaryRef>(discovery);
+  if (searches == nullptr) return discovery != nullptr;
+  const CFStringRef kSearches[] = {CFSTR("Network"), CFSTR("CUPS"), CFSTR("USB")};
+  return std::any_of(std::begin(kSearches), std::end(kSearches), [searches](CFStringRef key) {
+    const CFTypeRef wanted = CFDictionaryGetValue(searches, key);
+    return wanted != nullptr && wanted != kCFBooleanFalse;
+  });
+}
+
+void SearchIfAsked(CFDictionaryRef information, CFMutableArrayRef records) {
+  if (!MayAskForSearch(information)) return;
+  const auto discover =
+      LoadModule<decltype(ZIOPDiscover)>(DriverFolder() + "/libZIOPDiscovery.so", "ZIOPDiscover");
+  if (discover != nullptr) discover(information, records);
+}
+
 PortInfoInterface::PortInfoInterface() : ZIOPortInfoInterface{&kTable} {}
 
 void PortInfoInterface::Initialise(int version, CFDictionaryRef information) {
@@ -71,7 +94,7 @@ void PortInfoInterface::Search() {
   const CFRef<CFMutableArrayRef> records(
       CFArrayCreateMutable(kCFAllocatorDefault, 0, &kCFTypeArrayCallBacks));
   AppendConfiguredPrinters(information_.get(), records.get());
-  AppendFoundPrinters(information_.get(), records.get());
+  SearchIfAsked(information_.get(), records.get());
   const void* keys[] = {CFSTR(ZIO_INFO_PRINTER_LIST)};
   const void* values[] = {records.get()};
   list_ = CFRef<CFDictionaryRef>(CFDictionaryCreate(kCFAllocatorDefault, keys, values, 1,

@@ -1,14 +1,11 @@
 // Both sides of the call from the driver into a search module.
 #include "port_driver/SearchModule.h"
 
-#include <dlfcn.h>
-#include <stdlib.h>
-
 #include <exception>
 #include <iterator>
-#include <memory>
 #include <new>
 
+#include "port_driver/Module.h"
 #include "util/Diagnostics.h"
 
 namespace ZIOP {
@@ -44,18 +41,6 @@ void Collect(void* context, const ZIOPText* fields) noexcept {
   }
 }
 
-// The module's search, or null with a line on standard error.
-decltype(&ZIOPSearch) Load(const std::string& path) {
-  void* const code = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  void* const search = code == nullptr ? nullptr : ::dlsym(code, "ZIOPSearch");
-  if (search == nullptr) {
-    const char* const reason = ::dlerror();
-    Ravik::ReportLine("ZIOP",
-                      "search left out: " + Ravik::Printable(reason == nullptr ? path : reason));
-  }
-  return reinterpret_cast<decltype(&ZIOPSearch)>(search);
-}
-
 }  // namespace
 
 void ServeSearch(const ZIOPSearchRequest& request, ZIOPFoundCallback found, void* context,
@@ -82,7 +67,7 @@ void ServeSearch(const ZIOPSearchRequest& request, ZIOPFoundCallback found, void
 
 void RunSearchModule(const std::string& path, const std::vector<std::string>& addresses,
                      const Deadline& deadline, std::vector<FoundPrinter>& found) {
-  const auto search = Load(path);
+  const auto search = LoadModule<decltype(ZIOPSearch)>(path, "ZIOPSearch");
   if (search == nullptr) {
     return;
   }
@@ -98,16 +83,6 @@ void RunSearchModule(const std::string& path, const std::vector<std::string>& ad
     Ravik::ReportLine("ZIOP", "printers left out: a search found more than " +
                                   std::to_string(kMaximumFoundPrinters));
   }
-}
-
-std::string DriverFolder() {
-  Dl_info own{};
-  if (::dladdr(reinterpret_cast<const void*>(&DriverFolder), &own) == 0) {
-    return {};
-  }
-  const std::unique_ptr<char, void (*)(void*)> path(::realpath(own.dli_fname, nullptr), ::free);
-  const std::string file = path ? path.get() : "";
-  return file.substr(0, file.rfind('/') == std::string::npos ? 0 : file.rfind('/'));
 }
 
 }  // namespace ZIOP

@@ -67,9 +67,6 @@ void ServeSearch(const ZIOPSearchRequest& request, ZIOPFoundCallback found, void
 void RunSearchModule(const std::string& path, const std::vector<std::string>& addresses,
                      const Deadline& deadline, std::vector<FoundPrinter>& found);
 
-// Absolute path of the folder that holds this code's own file; empty when it cannot be told.
-std::string DriverFolder();
-
 }  // namespace ZIOP
 
 #endif  // PORT_DRIVER_SEARCHMODULE_H_

@@ -15,6 +15,7 @@ FILES = {
     "virtual-printer": ("main", True),
     "libCoreFoundation.so": ("CFRelease", False),
     "libZIOP.so": ("ZIOPlugInFactory", False),
+    "libZIOPDiscovery.so": ("ZIOPDiscover", False),
     "libZIOPNetwork.so": ("ZIOPSearch", False),
     "libZIOPQueues.so": ("ZIOPSearch", False),
 }

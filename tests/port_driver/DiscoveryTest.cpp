@@ -21,7 +21,8 @@ class DiscoveryTest : public testing::Test {
  public:
   DiscoveryTest() {
     std::filesystem::create_directories(bundle_ + "/Contents/Linux");
-    for (const std::string file : {"/Contents/Info.plist", "/Contents/Linux/libZIOP.so"}) {
+    for (const std::string file : {"/Contents/Info.plist", "/Contents/Linux/libZIOP.so",
+                                   "/Contents/Linux/libZIOPDiscovery.so"}) {
       std::filesystem::copy_file(ZIOP_BUNDLE + file, bundle_ + file);
     }
     std::filesystem::copy_file(FAKE_SEARCH, bundle_ + "/Contents/Linux/libZIOPNetwork.so");

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "port_driver/Module.h"
+
 namespace ZIOP {
 namespace {
 
