@@ -1,6 +1,7 @@
 // What every port does, whatever its printer is reached over: the order of calls, arguments, bytes
 // both ways, bounds, cancelling and the status text.
 #include <gmock/gmock.h>
+#include <sys/eventfd.h>
 
 #include <future>
 #include <optional>
@@ -10,6 +11,9 @@
 #include "tests/port_driver/LocalPeer.h"
 #include "tests/port_driver/Peer.h"
 #include "tests/port_driver/PluggedPort.h"
+#include "tests/port_driver/TemporaryFolder.h"
+#include "tests/virtual_printer/TestPrinter.h"
+#include "virtual_printer/Server.h"
 
 namespace ZIOP {
 namespace {
@@ -225,6 +229,53 @@ TEST_P(PortContractTest, CancelEndsReadingAndWriting) {
     EXPECT_EQ(port.Control(command, 1), "code -7");
     EXPECT_EQ(port.Call(&Table::terminate), 0);
   }
+}
+
+// The virtual printer on all its ports.
+class ServedPrinter {
+ public:
+  ServedPrinter() {
+    server_.OfferLocalPort(path_);
+    serving_ = std::async(std::launch::async, [this] { server_.Run(stop_.get()); });
+  }
+  ~ServedPrinter() { EXPECT_EQ(::eventfd_write(stop_.get(), 1), 0); }
+
+  std::string Uri(bool is_local) const {
+    return is_local ? "file://" + path_
+                    : ZIOP::Uri(server_.RawPort(), "snmp=" + std::to_string(server_.SnmpPort()));
+  }
+
+ private:
+  TemporaryFolder folder_;
+  const std::string path_ = folder_.path() + "/lp0";
+  Ravik::FileDescriptor stop_{::eventfd(0, EFD_CLOEXEC)};
+  VirtualPrinter::TestPrinter state_;
+  VirtualPrinter::Server server_{"127.0.0.1", 0, 0, state_.printer, state_.faults, state_.trace};
+  std::future<void> serving_;  // ends before what it uses
+};
+
+TEST_P(PortContractTest, TheVirtualPrinterIsSpokenToAlike) {
+  const auto framed = [](const VirtualPrinter::Bytes& command) {
+    return "\x1B@\x1B(R" + std::string("\x08\0\0REMOTE1", 10) +
+           std::string(command.begin(), command.end()) + std::string("\x1B\0\0\0", 4);
+  };
+  const auto read = VirtualPrinter::Read("370300");
+  const auto write = VirtualPrinter::Write("370300" + std::string(32, '1'));
+  VirtualPrinter::TestPrinter twin;
+  const ServedPrinter served;
+  PluggedPort port(served.Uri(GetParam()));
+  char status[ZIO_STATUS_BUFFER_SIZE] = {};
+  EXPECT_EQ(port.Call(&Table::status, status), 0);
+  const std::string text = twin.Ask(VirtualPrinter::MakeCommand("ST", "01"));
+  EXPECT_EQ(std::string(status, text.size()), text);
+  for (const auto& command : {read, write, read}) {
+    const std::string reply = twin.Ask(command);
+    EXPECT_EQ(port.Control(framed(command), 512), reply + std::string(512 - reply.size(), '#'));
+  }
+  EXPECT_EQ(port.Write(framed(write)), 0);
+  EXPECT_EQ(port.Call(&Table::flush, static_cast<unsigned char>(0)), 0);
+  EXPECT_EQ(port.Read(512), "EX:0000001BOK;");
+  EXPECT_EQ(port.Call(&Table::close), 0);
 }
 
 }  // namespace
