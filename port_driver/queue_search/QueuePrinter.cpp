@@ -188,7 +188,11 @@ FoundPrinter PrinterOfQueue(const Queue& queue, const std::vector<FoundPrinter>&
 }
 
 bool IsOnUsb(const Queue& queue) {
-  return queue.deviceUri.rfind("usb://", 0) == 0;
+  try {
+    return Split(queue.deviceUri).scheme == kUsb;
+  } catch (const DriverError&) {
+    return false;
+  }
 }
 
 }  // namespace ZIOP
