@@ -37,19 +37,24 @@ class VirtualPrinter:
         self.process.wait(TIME_LIMIT_S)
 
 
-class Worker:
-    """A copy of the shipped folder in folder, with the printers in its list, and further keys that
+def ship(binaries, folder, printers, searches=None):
+    """Copies the shipped products to folder, with the printers in the list, and further keys that
     say what is searched."""
+    for name in ("PrinterNativeProcess", "libCoreFoundation.so", "ZIO"):
+        source = os.path.join(binaries, name)
+        copy = shutil.copytree if os.path.isdir(source) else shutil.copy
+        copy(source, os.path.join(folder, name))
+    with open(os.path.join(folder, "SupportPrinterList.xml"), "wb") as file:
+        plistlib.dump({**(searches or {}), "Printers": [
+            {"InfoTargetName": printer.name, "InfoPrinterName": printer.model,
+             "DeviceURI": printer.uri} for printer in printers]}, file)
+
+
+class Worker:
+    """A worker of the products that ship() puts into folder."""
 
     def __init__(self, binaries, folder, printers, errors=None, searches=None):
-        for name in ("PrinterNativeProcess", "libCoreFoundation.so", "ZIO"):
-            source = os.path.join(binaries, name)
-            copy = shutil.copytree if os.path.isdir(source) else shutil.copy
-            copy(source, os.path.join(folder, name))
-        with open(os.path.join(folder, "SupportPrinterList.xml"), "wb") as file:
-            plistlib.dump({**(searches or {}), "Printers": [
-                {"InfoTargetName": printer.name, "InfoPrinterName": printer.model,
-                 "DeviceURI": printer.uri} for printer in printers]}, file)
+        ship(binaries, folder, printers, searches)
         environment = dict(os.environ, XDG_CONFIG_HOME=os.path.join(folder, "config"))
         self.process = subprocess.Popen([os.path.join(folder, "PrinterNativeProcess")], bufsize=0,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE,

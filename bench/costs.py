@@ -1,0 +1,71 @@
+"""Costs of requests that do not depend on the clock: instructions, system calls, libraries."""
+
+import collections
+import os
+import re
+import select
+import subprocess
+
+FEW, MANY = 100, 300  # what a request costs is the difference of these two runs
+
+# The C library has variants of its functions for processors that they are fast on. With this in the
+# environment it takes those for all, so that every machine counts the same.
+ANY_PROCESSOR = {"GLIBC_TUNABLES": "glibc.cpu.hwcaps=-AVX2,-AVX512F,-AVX512VL,-AVX512BW,-BMI2,"
+                                   "-ERMS,-EVEX,-SSSE3,-SSE4_1,-SSE4_2"}
+
+
+def instructions_of_run(setting, text, environment):
+    """Instructions that the worker takes for these requests, from its start to its end, and what
+    it answers."""
+    done = subprocess.run(
+        ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", *setting.worker],
+        input=text, capture_output=True, check=True,
+        env={**setting.environment, **environment})
+    return int(re.search(rb"Collected : (\d+)", done.stderr)[1]), done.stdout
+
+
+def instructions(setting, text, environment):
+    """Instructions of a worker that is started for one request, with this in its environment, and
+    those that each further request takes."""
+    answer = setting.answer(text)
+    counts = {}
+    for number in 1, FEW, MANY:
+        counts[number], answers = instructions_of_run(setting, text * number, environment)
+        if answers != answer * number:
+            raise RuntimeError(f"{text}: other answers than {answer}")
+    return counts[1], (counts[MANY] - counts[FEW]) / (MANY - FEW)
+
+
+def system_calls_of_run(setting, text):
+    output = setting.folder / "calls"
+    setting.run(["strace", "-f", "-qq", "-c", "-U", "name,calls", "-o", str(output),
+                 *setting.worker], text)
+    calls = collections.Counter()
+    for row in output.read_text().splitlines():
+        name, _, count = row.partition(" ")
+        if count.strip().isdigit() and name != "total":
+            calls[name] = int(count)
+    return calls
+
+
+def system_calls(setting, text):
+    """System calls of a worker for one request, and those that each further request makes, by
+    name."""
+    few, many = (system_calls_of_run(setting, text * number) for number in (FEW, MANY))
+    each = {name: (many[name] - few[name]) / (MANY - FEW) for name in many}
+    once = sum(system_calls_of_run(setting, text).values())
+    return once, {name: count for name, count in each.items() if count}
+
+
+def libraries(setting, text):
+    """The files with code that the worker has in its memory after a request, without the versions
+    in their names."""
+    worker = subprocess.Popen(setting.worker, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                              env=setting.environment, bufsize=0)
+    worker.stdin.write(text)
+    if not select.select([worker.stdout], [], [], 20)[0] or not worker.stdout.read(65536):
+        raise RuntimeError(f"{text}: no answer")
+    with open(f"/proc/{worker.pid}/maps", encoding="utf-8") as maps:
+        paths = {row.split()[5] for row in maps if " r-xp " in row and "/" in row}
+    worker.communicate()
+    return sorted(re.sub(r"(\.so)\b.*", r"\1", os.path.basename(path)) for path in paths)

@@ -1,0 +1,132 @@
+"""What every measurement runs in: the shipped products in a folder of their own, a printer that
+answers from memory, and the requests, each with the answer that it must get."""
+
+import json
+import os
+import pathlib
+import shutil
+import socket
+import subprocess
+import sys
+import tempfile
+from types import SimpleNamespace
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(ROOT / "scripts"))
+from rig import VirtualPrinter, line, ship
+
+NAME, MODEL = "Studio", "QM-R410 Series"
+TIME_LIMIT_S = 300
+
+
+def request(command, parameter=None):
+    parts = {"Command": command, "PrinterName": NAME, "DeviceName": MODEL}
+    return line(parts if parameter is None else {**parts, "Parameter": parameter})
+
+
+INFO = request("GetCustomMediaInfo", {"CustomMediaNo": 3, "CommandVersion": 0})
+REQUESTS = {
+    "GetCustomMediaInfo": INFO,
+    "GetCustomMediaName": request("GetCustomMediaName", {"CustomMediaNo": 1}),
+    "GetStatusReply": request("GetStatusReply", ["StatusCode"]),
+    "GetPrinterList": line({"Command": "GetPrinterList"}),
+}
+
+
+class Setting:
+    """Temporary; use it with "with"."""
+
+    def __init__(self, build, other_printers=()):
+        self.build = pathlib.Path(build)
+        self.products = self.build / "bin"
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="bench"))
+        self.environment = {"HOME": str(self.folder), "PATH": os.environ["PATH"]}
+        self.worker = [str(self.folder / "PrinterNativeProcess")]
+        self.virtual_printer = VirtualPrinter(self.products, NAME, MODEL)
+        teacher = self.virtual_printer.uri.rpartition("=")[2]
+        self.printer = subprocess.Popen([self.program("prepared_printer"), teacher],
+                                        stdout=subprocess.PIPE, text=True)
+        self.port = int(self.printer.stdout.readline())
+        self.list([self.at_port(self.port), *other_printers])
+        self.expected = self.answer(INFO)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.virtual_printer.stop()
+        self.printer.terminate()
+        self.printer.wait()
+        shutil.rmtree(self.folder)
+
+    def program(self, name):
+        return str(self.build / "bench" / name)
+
+    @staticmethod
+    def at_port(port, options=""):
+        return SimpleNamespace(name=NAME, model=MODEL, uri=f"socket://127.0.0.1?snmp={port}{options}")
+
+    def list(self, printers):
+        """Puts the printers in the list, and lets a worker find them."""
+        for entry in self.folder.iterdir():
+            shutil.rmtree(entry) if entry.is_dir() else entry.unlink()
+        ship(self.products, self.folder, printers)
+        self.answer(REQUESTS["GetPrinterList"])
+
+    def run(self, command, text):
+        """Runs command with this text as its input; raises what tells why that failed."""
+        return subprocess.run(command, input=text, capture_output=True, check=True,
+                              env=self.environment, timeout=TIME_LIMIT_S)
+
+    def answer(self, text):
+        """What the worker answers to a request, which must succeed."""
+        answer = self.run(self.worker, text).stdout
+        parts = json.loads(answer, strict=False)
+        if not parts.pop("Reply", None) or list(parts.values()) != [0]:
+            raise RuntimeError(f"{text}: answered {answer}")
+        return answer
+
+    def datagram(self, text):
+        """The request that the worker sends to its printer for a request of the host."""
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as silent:
+            silent.bind(("127.0.0.1", 0))
+            printer = self.at_port(silent.getsockname()[1], "&timeout=1&retries=0")
+            with tempfile.TemporaryDirectory() as folder:
+                ship(self.products, folder, [printer])
+                subprocess.run([os.path.join(folder, "PrinterNativeProcess")],
+                               input=REQUESTS["GetPrinterList"] + text, capture_output=True,
+                               check=False, env={"HOME": folder}, timeout=TIME_LIMIT_S)
+            silent.settimeout(5)
+            return silent.recv(65536)
+
+    def file(self, name, content):
+        """The path of a new file with this content."""
+        path = self.folder / name
+        path.write_bytes(content)
+        return str(path)
+
+
+def split(text):
+    """The content of the TLV (ITU-T X.690) that text begins with, and what follows it."""
+    start, length = 2, text[1]
+    if length > 0x7F:
+        start += length & 0x7F
+        length = int.from_bytes(text[2:start], "big")
+    return text[start:start + length], text[start + length:]
+
+
+def object_identifier(datagram):
+    """The object identifier that an SNMPv1 request asks for, with dots."""
+    rest = split(datagram)[0]
+    for _ in "version", "community":
+        rest = split(rest)[1]
+    rest = split(rest)[0]
+    for _ in "request-id", "error status", "error index":
+        rest = split(rest)[1]
+    name = split(split(split(rest)[0])[0])[0]
+    arcs = [*divmod(name[0], 40), 0]
+    for byte in name[1:]:
+        arcs[-1] = arcs[-1] << 7 | byte & 0x7F
+        if byte < 0x80:
+            arcs.append(0)
+    return ".".join(map(str, arcs[:-1]))
