@@ -1,0 +1,61 @@
+# Where `cmake --install` puts everything: the places of the GNU standards, below a prefix that may be
+# moved afterwards. docs/installation.md is about the same.
+include_guard()
+if(NOT CMAKE_INSTALL_DOCDIR)
+  set(CMAKE_INSTALL_DOCDIR share/doc/printer-native-process CACHE PATH "Documentation" FORCE)
+endif()
+include(GNUInstallDirs)
+
+# The worker finds its plug-in, its list and its library beside itself and nowhere else.
+set(worker_folder ${CMAKE_INSTALL_LIBEXECDIR}/printer-native-process)
+set(bundle_contents ${worker_folder}/ZIO/ZIOP.plugin/Contents)
+
+install(TARGETS PrinterNativeProcess RUNTIME DESTINATION ${worker_folder})
+install(TARGETS corefoundation LIBRARY DESTINATION ${worker_folder})
+install(TARGETS ZIOP libZIOPDiscovery libZIOPNetwork libZIOPQueues
+  LIBRARY DESTINATION ${bundle_contents}/Linux)
+set_target_properties(PrinterNativeProcess PROPERTIES INSTALL_RPATH $ORIGIN)
+set_target_properties(ZIOP libZIOPDiscovery PROPERTIES INSTALL_RPATH $ORIGIN/../../../..)
+get_target_property(modules_folder ZIOP LIBRARY_OUTPUT_DIRECTORY)
+install(FILES ${modules_folder}/../Info.plist DESTINATION ${bundle_contents})
+
+# The list is the administrator's: one that is there stays as it is.
+install(CODE "set(folder [[${worker_folder}]])")
+install(CODE "set(list [[${PROJECT_SOURCE_DIR}/port_driver/SupportPrinterList.xml]])")
+install(CODE [[
+  cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}")
+  set(installed "$ENV{DESTDIR}${folder}/SupportPrinterList.xml")
+  if(EXISTS "${installed}" OR IS_SYMLINK "${installed}")
+    message(STATUS "Kept: ${installed}")
+  else()
+    file(INSTALL DESTINATION "${folder}" TYPE FILE FILES "${list}")
+  endif()
+]])
+
+install(TARGETS virtual-printer RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+# What a plug-in is built with. The flags are found from where the file lies, so that they stay right
+# when the prefix is moved; nothing in it depends on the machine's architecture.
+set(include_folder ${CMAKE_INSTALL_INCLUDEDIR}/printer-native-process)
+install(FILES printer_io/ZIOPlugin.h DESTINATION ${include_folder}/printer_io)
+install(DIRECTORY corefoundation/include/CoreFoundation DESTINATION ${include_folder})
+set(pkgconfig_folder ${CMAKE_INSTALL_FULL_DATADIR}/pkgconfig)
+file(RELATIVE_PATH include_path
+  ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_INCLUDEDIR}/printer-native-process)
+file(RELATIVE_PATH worker_path
+  ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/printer-native-process)
+configure_file(packaging/printer-native-process.pc.in printer-native-process.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/printer-native-process.pc
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/pkgconfig)
+install(DIRECTORY tests/port_driver/example/
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/plug-in)
+
+# udev looks below lib, whatever the machine's folder for libraries is called.
+install(FILES packaging/udev/70-printer-native-process.rules DESTINATION lib/udev/rules.d)
+
+foreach(section 1 5 7)
+  file(GLOB pages CONFIGURE_DEPENDS packaging/man/*.${section})
+  install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
+endforeach()
+install(FILES CHANGELOG.md README.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
