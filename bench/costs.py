@@ -5,6 +5,7 @@ import os
 import re
 import select
 import subprocess
+import typing
 
 FEW, MANY = 100, 300  # what a request costs is the difference of these two runs
 
@@ -14,26 +15,34 @@ ANY_PROCESSOR = {"GLIBC_TUNABLES": "glibc.cpu.hwcaps=-AVX2,-AVX512F,-AVX512VL,-A
                                    "-ERMS,-EVEX,-SSSE3,-SSE4_1,-SSE4_2"}
 
 
-def instructions_of_run(setting, text, environment):
-    """Instructions that the worker takes for these requests, from its start to its end, and what
-    it answers."""
+class Costs(typing.NamedTuple):
+    instructions: float
+    system_calls: float
+
+
+def costs_of_run(setting, text, environment):
+    """What the worker takes for these requests from its start to its end, and what it answers."""
     done = subprocess.run(
-        ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", *setting.worker],
-        input=text, capture_output=True, check=True,
-        env={**setting.environment, **environment})
-    return int(re.search(rb"Collected : (\d+)", done.stderr)[1]), done.stdout
+        ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", "--trace-syscalls=yes",
+         *setting.worker],
+        input=text, capture_output=True, check=True, env={**setting.environment, **environment})
+    # A call that blocks has a second line when it returns.
+    calls = re.findall(rb"SYSCALL\[\d+,\d+\]\( *\d+\) (?!\.\.\. )", done.stderr)
+    collected = int(re.search(rb"Collected : (\d+)", done.stderr)[1])
+    return Costs(collected, len(calls)), done.stdout
 
 
-def instructions(setting, text, environment):
-    """Instructions of a worker that is started for one request, with this in its environment, and
-    those that each further request takes."""
+def costs(setting, text, environment):
+    """Costs of a worker that is started for one request, with this in its environment, and of each
+    further request."""
     answer = setting.answer(text)
-    counts = {}
+    taken = {}
     for number in 1, FEW, MANY:
-        counts[number], answers = instructions_of_run(setting, text * number, environment)
+        taken[number], answers = costs_of_run(setting, text * number, environment)
         if answers != answer * number:
             raise RuntimeError(f"{text}: other answers than {answer}")
-    return counts[1], (counts[MANY] - counts[FEW]) / (MANY - FEW)
+    return taken[1], Costs(*((many - few) / (MANY - FEW)
+                             for many, few in zip(taken[MANY], taken[FEW])))
 
 
 def system_calls_of_run(setting, text):

@@ -4,9 +4,10 @@ processor, and prints tables in Markdown: medians with their quartiles, and the 
 import argparse
 import os
 import statistics
+import subprocess
 import sys
 
-from costs import instructions, libraries, system_calls
+from costs import costs, libraries, system_calls
 from setting import INFO, REQUESTS, ROOT, Setting, object_identifier
 
 BATCH = 10_000
@@ -129,7 +130,7 @@ def memory(setting, goals):
 def counts(setting, goals):
     rows = []
     for name, text in REQUESTS.items():
-        once, each = instructions(setting, text, {})
+        once, each = (taken.instructions for taken in costs(setting, text, {}))
         calls_once, calls_each = system_calls(setting, text)
         calls = sum(calls_each.values())
         rows.append([name, f"{once:,}", f"{each:,.0f}", calls_once, f"{calls:.1f}",
@@ -152,7 +153,12 @@ def main():
                         help="where everything was built (build)")
     parser.add_argument("--processor", type=int, default=max(os.sched_getaffinity(0)),
                         metavar="NUMBER", help="what everything runs on (the last)")
+    parser.add_argument("--renew-costs", action="store_true", help=
+                        "only write the figures anew that the test of the costs compares with")
     options = parser.parse_args()
+    if options.renew_costs:
+        sys.exit(subprocess.call([sys.executable, "-B", ROOT / "tests/cost/check_costs.py",
+                                  options.build, "--renew"]))
     os.sched_setaffinity(0, {options.processor})
     goals = Goals()
     with Setting(options.build) as setting:

@@ -47,7 +47,7 @@ class Setting:
         self.printer = subprocess.Popen([self.program("prepared_printer"), teacher],
                                         stdout=subprocess.PIPE, text=True)
         self.port = int(self.printer.stdout.readline())
-        self.list([self.at_port(self.port), *other_printers])
+        self.list([self.at_port(self.port, "&timeout=60000"), *other_printers])
         self.expected = self.answer(INFO)
 
     def __enter__(self):
