@@ -13,9 +13,7 @@ namespace {
 
 constexpr std::size_t kPathBufferSize = 1024;
 
-}  // namespace
-
-std::string ExecutablePath() {
+std::string AskPlatform() {
   std::array<char, kPathBufferSize> buffer{};
 #ifdef __APPLE__
   auto size = static_cast<unsigned int>(buffer.size());
@@ -27,6 +25,13 @@ std::string ExecutablePath() {
   if (length <= 0 || static_cast<std::size_t>(length) >= buffer.size()) return {};
   return std::string(buffer.data(), static_cast<std::size_t>(length));
 #endif
+}
+
+}  // namespace
+
+const std::string& ExecutablePath() {
+  static const std::string path = AskPlatform();
+  return path;
 }
 
 }  // namespace Ravik

@@ -6,9 +6,9 @@
 
 namespace Ravik {
 
-// Path of the running executable, as the platform spells it; empty when the platform does not tell
-// it or it takes 1024 bytes or more.
-std::string ExecutablePath();
+// Path of the running executable, as the platform spells it at the first call; empty when the
+// platform does not tell it or it takes 1024 bytes or more.
+const std::string& ExecutablePath();
 
 }  // namespace Ravik
 
