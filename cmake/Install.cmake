@@ -6,7 +6,7 @@ if(NOT CMAKE_INSTALL_DOCDIR)
 endif()
 include(GNUInstallDirs)
 
-# The worker finds its plug-in, its list and its library beside itself and nowhere else.
+# The worker finds its plug-in and its list beside itself and nowhere else.
 set(worker_folder ${CMAKE_INSTALL_LIBEXECDIR}/printer-native-process)
 set(bundle_contents ${worker_folder}/ZIO/ZIOP.plugin/Contents)
 
@@ -14,7 +14,6 @@ install(TARGETS PrinterNativeProcess RUNTIME DESTINATION ${worker_folder})
 install(TARGETS corefoundation LIBRARY DESTINATION ${worker_folder})
 install(TARGETS ZIOP libZIOPDiscovery libZIOPNetwork libZIOPQueues
   LIBRARY DESTINATION ${bundle_contents}/Linux)
-set_target_properties(PrinterNativeProcess PROPERTIES INSTALL_RPATH $ORIGIN)
 set_target_properties(ZIOP libZIOPDiscovery PROPERTIES INSTALL_RPATH $ORIGIN/../../../..)
 get_target_property(modules_folder ZIOP LIBRARY_OUTPUT_DIRECTORY)
 install(FILES ${modules_folder}/../Info.plist DESTINATION ${bundle_contents})

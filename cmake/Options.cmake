@@ -36,7 +36,16 @@ function(ravik_options target)
   endif()
   if(NOT APPLE)
     # DT_RPATH, which LD_LIBRARY_PATH does not override: a host that sets that for itself must not
-    # give the worker another library of the name libCoreFoundation.so.
+    # give a process of ours another library of the name libCoreFoundation.so.
     target_link_options(${target} PRIVATE LINKER:--disable-new-dtags)
+  endif()
+endfunction()
+
+# Gives the target the C++ runtime as code of its own, which spares the worker's start two libraries
+# and the binding of their symbols, and leaves out what of it nothing refers to. No C++ object may
+# cross its boundary. Sanitizers bring a runtime for the whole process.
+function(ravik_own_runtime target)
+  if(NOT APPLE AND NOT RAVIK_SANITIZE)
+    target_link_options(${target} PRIVATE -static-libstdc++ -static-libgcc LINKER:--gc-sections)
   endif()
 endfunction()

@@ -8,16 +8,18 @@ import sys
 SKIPPED = 77  # what ctest is told
 IS_X86 = os.uname().machine == "x86_64"
 
-# A function of each file that indirect calls reach, and whether the file calls what
-# _FORTIFY_SOURCE checks.
+# A function of each file that indirect calls reach, whether the file calls what _FORTIFY_SOURCE
+# checks, and what it may need besides the C library. The first and the fourth are loaded by every
+# request.
+RUNTIME = {"stdc++", "gcc_s"}
 FILES = {
-    "PrinterNativeProcess": ("main", True),
-    "virtual-printer": ("main", True),
-    "libCoreFoundation.so": ("CFRelease", False),
-    "libZIOP.so": ("ZIOPlugInFactory", False),
-    "libZIOPDiscovery.so": ("ZIOPDiscover", False),
-    "libZIOPNetwork.so": ("ZIOPSearch", False),
-    "libZIOPQueues.so": ("ZIOPSearch", False),
+    "PrinterNativeProcess": ("main", True, {"plist-2.0"}),
+    "virtual-printer": ("main", True, {"m"} | RUNTIME),
+    "libCoreFoundation.so": ("CFRelease", False, {"plist-2.0"} | RUNTIME),
+    "libZIOP.so": ("ZIOPlugInFactory", False, {"CoreFoundation"}),
+    "libZIOPDiscovery.so": ("ZIOPDiscover", False, {"CoreFoundation"} | RUNTIME),
+    "libZIOPNetwork.so": ("ZIOPSearch", False, {"CoreFoundation", "netsnmp"} | RUNTIME),
+    "libZIOPQueues.so": ("ZIOPSearch", False, {"CoreFoundation", "cups"} | RUNTIME),
 }
 
 
@@ -25,9 +27,14 @@ def output(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
-def x86_checks(path, entry):
+def checks_containers(code):
+    """Whether functions of ours, and not only those of a runtime linked in, check containers."""
+    return any(re.match(r"\w+ <_ZN?K?\d+(Ravik|CoreFoundation|ZIOP|VirtualPrinter)", function) and
+               "__glibcxx_assert_fail" in function for function in code.split("\n\n"))
+
+
+def x86_checks(code, entry):
     """What to look for in code: functions begin with landing pads, large frames are probed."""
-    code = output("objdump", "-d", "--no-show-raw-insn", path)
     # The C runtime's start-up code has no landing pads, so that no file as a whole is marked as
     # having them; our code has them.
     return {"landing pads": re.search(rf"<{entry}>:\n.*\bendbr64\b", code),
@@ -36,9 +43,10 @@ def x86_checks(path, entry):
 
 def faults(path):
     """What the file lacks, a line each."""
-    entry, is_fortified = FILES[os.path.basename(path)]
+    entry, is_fortified, libraries = FILES[os.path.basename(path)]
     header, segments, dynamic, symbols = (
         output("readelf", "-W", option, path) for option in ("-h", "-l", "-d", "--dyn-syms"))
+    code = output("objdump", "-d", "--no-show-raw-insn", path)
     is_program = entry == "main"
     run_paths = re.findall(r"Library r(?:un)?path: \[(.*)\]", dynamic)
     checks = {
@@ -50,18 +58,40 @@ def faults(path):
         "no segment writable and executable": not re.search(r"LOAD.* RWE ", segments),
         "no relocations in code": "TEXTREL" not in dynamic,
         "stack protector": "__stack_chk_fail" in symbols,
-        "checked containers": "__glibcxx_assert_fail" in symbols,
+        "checked containers": checks_containers(code),
         "checked string calls": not is_fortified or re.search(r" __\w+_chk@", symbols),
         "run paths beginning with $ORIGIN": all(
             re.match(r"\$ORIGIN(/|$)", folder)
             for paths in run_paths for folder in paths.split(":")),
         "run path before LD_LIBRARY_PATH": "(RUNPATH)" not in dynamic,
-        "libraries of searches left to their modules": entry == "ZIOPSearch" or
-            not re.search(r"NEEDED.*\[lib(netsnmp|cups)\b", dynamic),
+        "no further library": libraries | {"c"} >=
+            set(re.findall(r"NEEDED.*\[lib(.*?)\.so", dynamic)),
     }
     if IS_X86:
-        checks.update(x86_checks(path, entry))
+        checks.update(x86_checks(code, entry))
     return [f"{path}: missing: {name}" for name, holds in checks.items() if not holds]
+
+
+def offered_names(path):
+    symbols = output("nm", "-D", "--defined-only", path)
+    return {line.split()[-1] for line in symbols.splitlines()}
+
+
+def copy_faults(paths):
+    """What would give the process of the worker a second CoreFoundation, or parts of one."""
+    file = {os.path.basename(path): path for path in paths}
+    worker, library = file["PrinterNativeProcess"], file["libCoreFoundation.so"]
+    found = [f"{worker}: offers other names than {library}: {name}"
+             for name in sorted(offered_names(worker) ^ offered_names(library))]
+    for path in paths:
+        if ".plugin/" not in path:
+            continue
+        # The dynamic linker lists what it would map into the worker, and ends.
+        listing = dict(os.environ, LD_TRACE_LOADED_OBJECTS="1", LD_PRELOAD=path)
+        mapped = subprocess.run([worker], env=listing, check=True, capture_output=True, text=True)
+        if "libZIOP" not in mapped.stdout or "libCoreFoundation" in mapped.stdout:
+            found.append(f"{path}: not served by the worker's CoreFoundation:\n{mapped.stdout}")
+    return found
 
 
 def main():
@@ -69,7 +99,7 @@ def main():
     if "--skip" in paths:
         print("skipped: this build does not ship")
         sys.exit(SKIPPED)
-    found = [fault for path in paths for fault in faults(path)]
+    found = [fault for path in paths for fault in faults(path)] + copy_faults(paths)
     print("\n".join(found) or f"{len(paths)} files are hardened")
     sys.exit(1 if found else 0)
 
