@@ -14,7 +14,6 @@ install(TARGETS PrinterNativeProcess RUNTIME DESTINATION ${worker_folder})
 install(TARGETS corefoundation LIBRARY DESTINATION ${worker_folder})
 install(TARGETS ZIOP libZIOPDiscovery libZIOPNetwork libZIOPQueues
   LIBRARY DESTINATION ${bundle_contents}/Linux)
-set_target_properties(ZIOP libZIOPDiscovery PROPERTIES INSTALL_RPATH $ORIGIN/../../../..)
 get_target_property(modules_folder ZIOP LIBRARY_OUTPUT_DIRECTORY)
 install(FILES ${modules_folder}/../Info.plist DESTINATION ${bundle_contents})
 
