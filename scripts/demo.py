@@ -32,7 +32,7 @@ class TracedPrinter(VirtualPrinter):
 
     def events(self):
         """The datagrams and commands since the last call."""
-        return re.findall(r"^\S+ (\S+ \S+) (.*)$", self.trace.read(), re.M)
+        return re.findall(r"^\S+ \S+ (\S+ \S+) (.*)$", self.trace.read(), re.M)
 
 
 def show_bytes(printer):

@@ -2,9 +2,8 @@
 #include "virtual_printer/Command.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
-
-#include "virtual_printer/MediaRecord.h"
 
 namespace VirtualPrinter {
 namespace {
@@ -14,7 +13,7 @@ struct CommandRow {
   std::string_view name;
   std::string_view format;
   std::string_view reply_header;
-  std::string_view description;
+  std::string_view operation;
 };
 
 // Keeps the zero bytes of a literal.
@@ -58,42 +57,6 @@ std::size_t LengthField(const Bytes& bytes) {
   return bytes[2] + std::size_t{bytes[3]} * 256;
 }
 
-std::string QuotedName(const Bytes& variable, std::size_t from) {
-  std::string text = "\"";
-  for (std::size_t i = from; i < variable.size(); ++i) {
-    const bool printable = variable[i] >= 0x20 && variable[i] < 0x7F && variable[i] != '"';
-    text += printable ? static_cast<char>(variable[i]) : '.';
-  }
-  return text + '"';
-}
-
-std::string DescribeSettings(const Family& family, const Layout& layout, const Bytes& variable) {
-  std::string text;
-  const std::size_t flag = kRecordHeadSize + layout.settings;
-  for (std::size_t i = 0; i < layout.settings; ++i) {
-    const std::uint8_t value = variable[kRecordHeadSize + i];
-    if (value == kLeaveAsIs) continue;
-    text += std::string(" ") + SettingName(family, layout, i) + '=' + ToHex(value);
-  }
-  if (variable[flag] != kLeaveAsIs) text += " flag=" + ToHex(variable[flag]);
-  if (variable.size() > flag + 1) text += " media_name=" + QuotedName(variable, flag + 1);
-  return text;
-}
-
-std::string DescribeRecord(const Family& family, const Command& command) {
-  const Bytes& variable = command.variable;
-  if (variable.size() < kRecordHeadSize) return " variable=" + ToHex(variable);
-  std::string text = " device=" + ToHex(variable[0]) + " slot=" + std::to_string(variable[1]) +
-                     " layout=" + std::to_string(variable[2]);
-  if (command.kind == CommandKind::kReadRecord) return text;
-  const Layout* layout = FindLayout(family, variable[2]);
-  if (layout != nullptr && !layout->IsBlock() && FitsLayout(*layout, variable.size())) {
-    return text + DescribeSettings(family, *layout, variable);
-  }
-  return text +
-         " data=" + ToHex(variable.data() + kRecordHeadSize, variable.size() - kRecordHeadSize);
-}
-
 }  // namespace
 
 Command ParseCommand(const Bytes& bytes) {
@@ -106,23 +69,12 @@ Command ParseCommand(const Bytes& bytes) {
   if (bytes.size() < kCommandHeadSize) return command;
   if (LengthField(bytes) != bytes.size() - kCommandHeadSize) return command;
   command.kind = row->kind;
+  command.operation = row->operation;
   const auto data = bytes.begin() + kCommandHeadSize;
   const auto variable = data + static_cast<std::ptrdiff_t>(row->format.size());
   command.format.assign(data, variable);
   command.variable.assign(variable, bytes.end());
   return command;
-}
-
-std::string DescribeCommand(const Family& family, const Bytes& bytes) {
-  const Command command = ParseCommand(bytes);
-  if (command.kind == CommandKind::kUnknown) return "unknown";
-  std::string text(FindRow(bytes)->description);
-  text += " name=" + std::string(bytes.begin(), bytes.begin() + 2) +
-          " length=" + std::to_string(LengthField(bytes)) + " format=" + ToHex(command.format);
-  if (command.kind == CommandKind::kReadRecord || command.kind == CommandKind::kWriteRecord) {
-    return text + DescribeRecord(family, command);
-  }
-  return text + " variable=" + ToHex(command.variable);
 }
 
 }  // namespace VirtualPrinter

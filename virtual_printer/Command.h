@@ -13,9 +13,9 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "virtual_printer/Bytes.h"
-#include "virtual_printer/Model.h"
 
 namespace VirtualPrinter {
 
@@ -34,7 +34,8 @@ enum class CommandKind {
 
 struct Command {
   CommandKind kind = CommandKind::kUnknown;
-  std::string reply_header;  // as far as the command could be recognised; may be empty
+  std::string_view operation;  // in words: "read-record"; empty for an unknown command
+  std::string reply_header;    // as far as the command could be recognised; may be empty
   Bytes format;
   Bytes variable;
 };
@@ -42,10 +43,6 @@ struct Command {
 // Takes one whole command apart. The kind is unknown when name or format are, or when the length
 // field differs from what follows it.
 Command ParseCommand(const Bytes& bytes);
-
-// One line for a trace: what the command asks for and its fields; of a record write the settings
-// that it changes.
-std::string DescribeCommand(const Family& family, const Bytes& bytes);
 
 }  // namespace VirtualPrinter
 

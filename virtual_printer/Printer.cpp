@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "util/Diagnostics.h"
+#include "virtual_printer/Description.h"
 #include "virtual_printer/StateFile.h"
 #include "virtual_printer/StatusText.h"
 
@@ -51,7 +52,7 @@ Bytes Printer::Execute(Port port, const Bytes& bytes) {
   if (!result || command.kind != CommandKind::kStatus) Append(reply, command.reply_header);
   Append(reply, result ? *result : ToBytes("NA;"));
   faults_.Pad(reply);
-  trace_.Write(port, "reply", reply);
+  if (trace_.IsOn()) trace_.Write(port, "reply", reply, DescribeReply(family_, command, reply));
   return reply;
 }
 

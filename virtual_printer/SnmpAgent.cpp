@@ -120,6 +120,8 @@ Bytes SnmpAgent::Value(const ObjectId& object) {
   if (object == kStatus) {
     Bytes status = printer_.StatusText();
     faults_.Pad(status);
+    trace_.Write(Port::kSnmp, "command", {}, "read-status");
+    trace_.Write(Port::kSnmp, "reply", status, "read-status");
     return BerEncodeOctets(status);
   }
   return BerEncodeOctets(printer_.Execute(Port::kSnmp, *CommandOf(object)));

@@ -1,14 +1,11 @@
 // The trace: one line an event.
 //
-//   2026-01-01T00:00:00.000Z snmp recv 3082…
-//   2026-01-01T00:00:00.000Z snmp command 455808… read-record name=EX length=8 format=010000001B …
-//   2026-01-01T00:00:00.000Z snmp reply 45583A…
-//   2026-01-01T00:00:00.000Z snmp send 3082…
+//   2026-01-01T00:00:00.000000Z printer[4711] snmp command 455808... read-record name=EX ...
 //
-// Columns are separated by one blank: UTC time, port (snmp, raw, local), event, bytes in
-// upper-case hexadecimal digits ("-" for none) and, behind them, text. Events: recv and send (bytes
-// that crossed the port), command and reply (one printer command and what it is answered), lost (a
-// request that a fault takes away), ignored (bytes that are no request), reset (a connection).
+// docs/trace.md describes the form, which the worker and the port driver share. Events: recv and
+// send (bytes that crossed the port), command and reply (one printer command and what it is
+// answered, field by field), lost (a request that a fault takes away), ignored (bytes that are no
+// request), reset (a connection).
 #ifndef VIRTUAL_PRINTER_TRACE_H_
 #define VIRTUAL_PRINTER_TRACE_H_
 
