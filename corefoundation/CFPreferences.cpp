@@ -60,12 +60,16 @@ std::string FileName(CFStringRef application) {
 
 // The application's defaults at the place that the environment names now. The mutex is held.
 Preferences& PreferencesOf(CFStringRef application) {
-  static auto& all = *new std::map<std::string, Preferences>;
-  const std::string folder = SettingsFolder();
-  const std::string name = FileName(application);
+  // By folder and name.
+  static auto& all = *new std::map<std::pair<std::string, std::string>, Preferences>;
+  std::pair place(SettingsFolder(), FileName(application));
+  const auto known = all.find(place);
+  if (known != all.end()) return known->second;
   std::string path;
-  if (!folder.empty() && !name.empty()) path = folder + "/" + name + ".plist";
-  return all.try_emplace(path, path).first->second;
+  if (!place.first.empty() && !place.second.empty()) {
+    path = place.first + "/" + place.second + ".plist";
+  }
+  return all.try_emplace(std::move(place), path).first->second;
 }
 
 // A copy that later changes of list do not reach; null when it is no property list.

@@ -49,10 +49,12 @@ void Preferences::Set(CFStringRef key, CFRef<CFTypeRef> value) {
 }
 
 CFRef<CFTypeRef> Preferences::Get(CFStringRef key) {
-  const auto change = changes_.find(ObjectOf<String>(key).units());
-  if (change != changes_.end()) return change->second.value;
+  if (!changes_.empty()) {
+    const auto change = changes_.find(ObjectOf<String>(key).units());
+    if (change != changes_.end()) return change->second.value;
+  }
   try {
-    return CFRef<CFTypeRef>::Retain(CFDictionaryGetValue(Read().get(), key));
+    return CFRef<CFTypeRef>::Retain(CFDictionaryGetValue(Current(), key));
   } catch (const std::system_error& error) {
     Report(std::string("not read: ") + error.what());
     return {};
@@ -68,6 +70,18 @@ bool Preferences::Synchronise() {
   }
   changes_.clear();
   return true;
+}
+
+// What the file holds, which is read again unless it is provably the one that was read before and
+// holds something: there is a line to be written about one that may not.
+CFDictionaryRef Preferences::Current() {
+  const FileStamp stamp(path_);
+  if (stamp == stamp_) return list_.get();
+  stamp_ = FileStamp();
+  list_ = Read();
+  const bool is_empty = ObjectOf<Dictionary>(list_.get()).entries().empty();
+  if (!is_empty && stamp.IsUnique(path_)) stamp_ = stamp;
+  return list_.get();
 }
 
 void Preferences::Write() const {

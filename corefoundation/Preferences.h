@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 
+#include "corefoundation/FileStamp.h"
 #include "corefoundation/Foundation.h"
 
 namespace CoreFoundation {
@@ -18,7 +19,8 @@ class Preferences {
   void Set(CFStringRef key, CFRef<CFTypeRef> value);
 
   // What was set last or else what the file holds now; null when there is none. A file that cannot
-  // be read, or holds no dictionary, has none, with a line on standard error.
+  // be read, or holds no dictionary, has none, with a line on standard error. The value is shared
+  // with later calls.
   CFRef<CFTypeRef> Get(CFStringRef key);
 
   // Writes the changes into the file. False when that fails: they are kept, the file is as it was,
@@ -31,6 +33,7 @@ class Preferences {
     CFRef<CFTypeRef> value;
   };
 
+  CFDictionaryRef Current();
   void Write() const;
   CFRef<CFDictionaryRef> Read() const;
   CFRef<CFDictionaryRef> Merge(CFDictionaryRef list) const;
@@ -38,6 +41,8 @@ class Preferences {
 
   const std::string path_;
   std::map<std::u16string, Change> changes_;
+  FileStamp stamp_;  // of the version of the file that list_ is
+  CFRef<CFDictionaryRef> list_;
 };
 
 }  // namespace CoreFoundation

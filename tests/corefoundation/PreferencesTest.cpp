@@ -1,4 +1,5 @@
 // The user's defaults and their file.
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/file.h>
@@ -11,6 +12,27 @@
 #include <functional>
 
 #include "tests/corefoundation/TestSupport.h"
+
+namespace {
+
+bool is_coarse = false;
+
+}  // namespace
+
+// The call of this program and of the library. While is_coarse, as where the clock ticks a hundred
+// times a second and a file takes over the number of the one that it replaces.
+extern "C" __attribute__((visibility("default"))) int stat(const char* path,
+                                                           struct stat* status) noexcept {
+  static const auto system = reinterpret_cast<decltype(&stat)>(dlsym(RTLD_NEXT, "stat"));
+  const int result = system(path, status);
+  if (result == 0 && is_coarse) {
+    status->st_ino = 1;
+    for (timespec* time : {&status->st_mtim, &status->st_ctim}) {
+      time->tv_nsec -= time->tv_nsec % 10000000;
+    }
+  }
+  return result;
+}
 
 namespace {
 
@@ -139,6 +161,40 @@ TEST_F(Preferences, KeepsWhatOthersWrite) {
   EXPECT_TRUE(FileHolds(others + "<key>key</key><string>new</string></dict>"));
   WriteFile(file_, "<dict><key>key</key><integer>2</integer></dict>");
   EXPECT_TRUE(Has("key", "<integer>2</integer>"));
+  std::filesystem::remove(file_);
+  EXPECT_TRUE(Has("key", ""));
+}
+
+// What was read is used again only when the file is provably the same. Versions that follow each
+// other within a tick of the clock may differ in nothing but what they hold.
+TEST_F(Preferences, SeesEveryVersionOfItsFile) {
+  int version = 100000;
+  const auto list = [](int number) { return "<integer>" + std::to_string(number) + "</integer>"; };
+  const auto write = [&](const std::string& path) {
+    WriteFile(path, "<dict><key>key</key>" + list(++version) + "</dict>");
+  };
+  const std::function<void()> ways[] = {[&] { write(file_); },
+                                        [&] {
+                                          write(file_ + "~");
+                                          std::filesystem::rename(file_ + "~", file_);
+                                        },
+                                        [&] {
+                                          const auto time = std::filesystem::last_write_time(file_);
+                                          write(file_);
+                                          std::filesystem::last_write_time(file_, time);
+                                        }};
+  is_coarse = true;
+  for (int i = 0; i < 240; ++i) {
+    ways[i == 0 ? 0 : i % 3]();
+    if (i % 40 == 39) usleep(100000);  // old enough to be kept
+    EXPECT_TRUE(Has("key", list(version))) << i;
+    EXPECT_TRUE(Has("key", list(version))) << i;
+  }
+  is_coarse = false;
+  chmod(file_.c_str(), 0);
+  testing::internal::CaptureStderr();
+  EXPECT_TRUE(Has("key", ""));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("Permission denied"));
   std::filesystem::remove(file_);
   EXPECT_TRUE(Has("key", ""));
 }
