@@ -70,8 +70,8 @@ void Bundle::ReadFactories(CFDictionaryRef factories) {
   if (factories == nullptr) return;
   for (const auto& [key, value] : ObjectOf<Dictionary>(factories).entries()) {
     const auto factory = UUIDOf(key.get());
-    std::string function = TextOf(value.get());
-    if (factory && !function.empty()) functions_.emplace(*factory, std::move(function));
+    std::string name = TextOf(value.get());
+    if (factory && !name.empty()) functions_.emplace(*factory, Function{std::move(name)});
   }
 }
 
@@ -88,9 +88,10 @@ void Bundle::ReadTypes(CFDictionaryRef types) {
   }
 }
 
-std::vector<UUIDBytes> Bundle::FactoriesFor(const UUIDBytes& type) const {
+const std::vector<UUIDBytes>& Bundle::FactoriesFor(const UUIDBytes& type) const {
+  static const auto& none = *new std::vector<UUIDBytes>;
   const auto factories = types_.find(type);
-  return factories != types_.end() ? factories->second : std::vector<UUIDBytes>();
+  return factories != types_.end() ? factories->second : none;
 }
 
 std::string Bundle::ExecutablePath() const {
@@ -125,8 +126,10 @@ void Bundle::Report(const std::string& what) const {
   Ravik::ReportLine("CoreFoundation", "bundle " + Ravik::Printable(path_) + ": " + what);
 }
 
-void* Bundle::FindFunction(const std::string& name) {
-  return Load() ? dlsym(code_, name.c_str()) : nullptr;
+void* Bundle::FindFunction(const UUIDBytes& factory) {
+  Function& function = functions_.at(factory);
+  if (function.code == nullptr && Load()) function.code = dlsym(code_, function.name.c_str());
+  return function.code;
 }
 
 }  // namespace CoreFoundation

@@ -23,15 +23,20 @@ class Bundle final : public Object {
   bool Equals(const Object& other) const override { return this == &other; }
   std::size_t Hash() const override { return 0; }
 
-  // The names of the factories' functions.
-  const std::map<UUIDBytes, std::string>& functions() const { return functions_; }
+  struct Function {
+    std::string name;
+    void* code = nullptr;  // once it was found
+  };
+
+  // The factories' functions.
+  const std::map<UUIDBytes, Function>& functions() const { return functions_; }
 
   // The factories for type, in the order of Info.plist.
-  std::vector<UUIDBytes> FactoriesFor(const UUIDBytes& type) const;
+  const std::vector<UUIDBytes>& FactoriesFor(const UUIDBytes& type) const;
 
-  // Loads the executable when it is not loaded yet, and finds the function there. Null, with a line
-  // on standard error when the executable is missing or cannot be loaded.
-  void* FindFunction(const std::string& name);
+  // Loads the executable when it is not loaded yet, and finds the function of one of the factories
+  // there. Null, with a line on standard error when the executable is missing or cannot be loaded.
+  void* FindFunction(const UUIDBytes& factory);
 
  private:
   void ReadInformation(CFDictionaryRef information);
@@ -43,7 +48,7 @@ class Bundle final : public Object {
 
   const std::string path_;
   std::string executable_name_;
-  std::map<UUIDBytes, std::string> functions_;
+  std::map<UUIDBytes, Function> functions_;
   std::map<UUIDBytes, std::vector<UUIDBytes>> types_;
   void* code_ = nullptr;  // of dlopen; never closed
 };

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string>
 
 #include "corefoundation/Bundle.h"
 #include "corefoundation/String.h"
@@ -24,13 +25,23 @@ class Registry {
     return registry;
   }
 
-  // path is absolute.
-  Bundle& BundleAt(const std::string& path) {
+  // The bundle of the folder at path; null when there is none.
+  Bundle* BundleAt(const std::string& path) {
     const std::lock_guard<std::recursive_mutex> lock(mutex_);
-    Bundle*& bundle = bundles_[path];
-    if (bundle == nullptr) bundle = new Bundle(path);
-    for (const auto& [factory, function] : bundle->functions()) factories_[factory] = bundle;
-    return *bundle;
+    struct stat folder;
+    if (stat(path.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return nullptr;
+    Place& place = places_[path];
+    if (place.bundle == nullptr || place.device != folder.st_dev || place.number != folder.st_ino) {
+      place = {folder.st_dev, folder.st_ino, BundleOf(path)};
+    }
+    // Of bundles with the same factory, the one that was asked for last makes the instances.
+    if (place.bundle != nullptr && place.bundle != latest_) {
+      for (const auto& [factory, function] : place.bundle->functions()) {
+        factories_[factory] = place.bundle;
+      }
+      latest_ = place.bundle;
+    }
+    return place.bundle;
   }
 
   CFPlugInFactoryFunction FunctionOf(const UUIDBytes& factory, const UUIDBytes& type) {
@@ -38,27 +49,34 @@ class Registry {
     const auto entry = factories_.find(factory);
     if (entry == factories_.end()) return nullptr;
     Bundle& bundle = *entry->second;
-    const auto makers = bundle.FactoriesFor(type);
+    const auto& makers = bundle.FactoriesFor(type);
     if (std::find(makers.begin(), makers.end(), factory) == makers.end()) return nullptr;
-    return reinterpret_cast<CFPlugInFactoryFunction>(
-        bundle.FindFunction(bundle.functions().at(factory)));
+    return reinterpret_cast<CFPlugInFactoryFunction>(bundle.FindFunction(factory));
   }
 
  private:
+  // What a path has led to: as long as it leads to the same folder, that has the same bundle.
+  struct Place {
+    dev_t device;
+    ino_t number;
+    Bundle* bundle;
+  };
+
+  // The bundle by the path's absolute form without links; null when that cannot be told.
+  Bundle* BundleOf(const std::string& path) {
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr), free);
+    if (!resolved) return nullptr;
+    Bundle*& bundle = bundles_[resolved.get()];
+    if (bundle == nullptr) bundle = new Bundle(resolved.get());
+    return bundle;
+  }
+
   std::recursive_mutex mutex_;  // code that is being loaded may come back
+  std::map<std::string, Place> places_;
   std::map<std::string, Bundle*> bundles_;
   std::map<UUIDBytes, Bundle*> factories_;
+  const Bundle* latest_ = nullptr;
 };
-
-// The folder that a URL names, absolute and without links; empty when there is none.
-std::string FolderAt(const URL& url) {
-  std::string path;
-  if (!GetUTF8(url.path(), path)) return {};
-  const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr), free);
-  struct stat status;
-  if (!resolved || stat(resolved.get(), &status) != 0 || !S_ISDIR(status.st_mode)) return {};
-  return resolved.get();
-}
 
 }  // namespace
 
@@ -71,11 +89,12 @@ using CoreFoundation::UUID;
 
 CFPlugInRef CFPlugInCreate(CFAllocatorRef /*allocator*/, CFURLRef url) {
   if (url == nullptr) return nullptr;
-  const std::string path = CoreFoundation::FolderAt(ObjectOf<CoreFoundation::URL>(url));
-  if (path.empty()) return nullptr;
-  Bundle& bundle = Registry::Shared().BundleAt(path);
-  bundle.Retain();
-  return CoreFoundation::MutableRefTo<CFPlugInRef>(&bundle);
+  std::string path;
+  if (!GetUTF8(ObjectOf<CoreFoundation::URL>(url).path(), path)) return nullptr;
+  Bundle* const bundle = Registry::Shared().BundleAt(path);
+  if (bundle == nullptr) return nullptr;
+  bundle->Retain();
+  return CoreFoundation::MutableRefTo<CFPlugInRef>(bundle);
 }
 
 CFArrayRef CFPlugInFindFactoriesForPlugInTypeInPlugIn(CFUUIDRef type, CFPlugInRef plugin) {
