@@ -27,7 +27,12 @@ bool Dictionary::Equals(const Object& other) const {
 }
 
 CFTypeRef Dictionary::Find(CFTypeRef key) const {
-  const auto entry = entries_.find(CFRef<CFTypeRef>::Retain(key));
+  constexpr std::size_t kFew = 8;  // cheaper to compare than to hash
+  const auto entry = entries_.size() > kFew
+                         ? entries_.find(CFRef<CFTypeRef>::Retain(key))
+                         : std::find_if(entries_.begin(), entries_.end(), [key](const auto& each) {
+                             return CFEqual(each.first.get(), key) != 0;
+                           });
   return entry != entries_.end() ? entry->second.get() : nullptr;
 }
 

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <functional>
-#include <map>
 #include <mutex>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "corefoundation/String.h"
@@ -14,6 +14,8 @@
 namespace CoreFoundation {
 
 namespace {
+
+using ConstantStrings = std::unordered_map<std::string_view, const String*>;
 
 bool IsPlainASCII(const std::u16string& units) {
   return std::all_of(units.begin(), units.end(),
@@ -56,6 +58,11 @@ CFIndex MaximumUnitSize(CFStringEncoding encoding) {
   }
 }
 
+// Whether ASCII is the same bytes in encoding.
+bool ContainsASCII(CFStringEncoding encoding) {
+  return encoding != kCFStringEncodingUTF16LE && MaximumUnitSize(encoding) != 0;
+}
+
 }  // namespace
 
 String::String(std::u16string units, Lifetime lifetime)
@@ -78,6 +85,10 @@ CFStringRef CreateString(std::string_view utf8) {
 }
 
 bool GetUTF8(const String& string, std::string& text) {
+  if (string.ascii() != nullptr) {
+    text += string.ascii();
+    return true;
+  }
   return EncodePrefix(string.units(), kCFStringEncodingUTF8, text) == string.units().size();
 }
 
@@ -89,13 +100,13 @@ using CoreFoundation::String;
 
 CFStringRef __CFStringMakeConstantString(const char* literal) {
   static auto& mutex = *new std::mutex;
-  static auto& strings = *new std::map<std::string, const String*, std::less<>>;
+  static auto& strings = *new CoreFoundation::ConstantStrings;
   const std::lock_guard<std::mutex> lock(mutex);
   const auto known = strings.find(literal);
   if (known != strings.end()) return RefTo(known->second);
   auto units = CoreFoundation::DecodeText(literal, kCFStringEncodingUTF8).value_or(u"");
   const auto* string = new String(std::move(units), CoreFoundation::Lifetime::kConstant);
-  strings.emplace(literal, string);
+  strings.emplace(*new std::string(literal), string);
   return RefTo(string);
 }
 
@@ -147,6 +158,11 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
                            CFStringEncoding encoding) {
   if (size <= 0) return 0;
   const auto& text = ObjectOf<String>(string);
+  const auto length = static_cast<CFIndex>(text.units().size());
+  if (text.ascii() != nullptr && CoreFoundation::ContainsASCII(encoding) && length < size) {
+    std::copy_n(text.ascii(), length + 1, buffer);
+    return 1;
+  }
   std::string bytes;
   const bool whole =
       CoreFoundation::EncodePrefix(text.units(), encoding, bytes) == text.units().size();
@@ -165,9 +181,7 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
 }
 
 const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding) {
-  const CFIndex unit_size = CoreFoundation::MaximumUnitSize(encoding);
-  if (unit_size == 0 || encoding == kCFStringEncodingUTF16LE) return nullptr;
-  return ObjectOf<String>(string).ascii();
+  return CoreFoundation::ContainsASCII(encoding) ? ObjectOf<String>(string).ascii() : nullptr;
 }
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {

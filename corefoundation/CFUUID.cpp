@@ -1,6 +1,8 @@
 // Universally unique identifiers.
 #include <CoreFoundation/CFUUID.h>
 
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <map>
 #include <mutex>
@@ -13,12 +15,23 @@ namespace CoreFoundation {
 
 namespace {
 
-// The value of a hexadecimal digit, or -1.
+constexpr int kNoDigit = -1;
+
+// The values of hexadecimal digits by character.
+constexpr auto kDigitValues = [] {
+  std::array<std::int8_t, 0x80> values{};
+  for (auto& value : values) value = kNoDigit;
+  for (int i = 0; i < 10; ++i)
+    values[static_cast<std::size_t>('0' + i)] = static_cast<std::int8_t>(i);
+  for (int i = 10; i < 16; ++i) {
+    values[static_cast<std::size_t>('a' + i - 10)] = static_cast<std::int8_t>(i);
+    values[static_cast<std::size_t>('A' + i - 10)] = static_cast<std::int8_t>(i);
+  }
+  return values;
+}();
+
 int DigitValue(char16_t unit) {
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
-  if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
-  return -1;
+  return unit < kDigitValues.size() ? kDigitValues[unit] : kNoDigit;
 }
 
 }  // namespace

@@ -36,6 +36,14 @@ bool IsASCII(unsigned char byte) {
   return byte < 0x80;
 }
 
+// Takes the ASCII that bytes begin with off their front.
+std::u16string TakeASCII(std::string_view& bytes) {
+  const auto* const end = std::find_if_not(bytes.begin(), bytes.end(), IsASCII);
+  std::u16string units(bytes.begin(), end);
+  bytes.remove_prefix(units.size());
+  return units;
+}
+
 bool IsHighSurrogate(char32_t unit) {
   return unit >= 0xD800 && unit < 0xDC00;
 }
@@ -92,8 +100,8 @@ std::optional<std::u16string> DecodeUTF8(std::string_view bytes) {
   if (bytes.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
     bytes.remove_prefix(kByteOrderMark.size());
   }
-  std::u16string units;
-  units.reserve(bytes.size());
+  std::u16string units = TakeASCII(bytes);
+  units.reserve(units.size() + bytes.size());
   while (!bytes.empty()) {
     const std::optional<char32_t> character = TakeUTF8Character(bytes);
     if (!character) return std::nullopt;
@@ -114,7 +122,7 @@ std::optional<std::u16string> DecodeUTF16LE(std::string_view bytes) {
 }
 
 std::u16string DecodeMacRoman(std::string_view bytes) {
-  std::u16string units;
+  std::u16string units = TakeASCII(bytes);
   for (const char byte : bytes) {
     const auto code = static_cast<unsigned char>(byte);
     units.push_back(IsASCII(code) ? code : kMacRoman[code - 0x80]);

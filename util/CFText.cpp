@@ -6,6 +6,10 @@ namespace Ravik {
 
 bool CopyText(CFStringRef string, CFStringEncoding encoding, std::string& text) {
   if (string == nullptr) return false;
+  if (const char* const direct = CFStringGetCStringPtr(string, encoding)) {
+    text = direct;
+    return true;
+  }
   const CFIndex longest =
       CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8);
   if (longest < 0) return false;
