@@ -9,7 +9,7 @@ IOHandler::IOHandler(const __CFData* port_information, ZIOErrorCallback error_ca
   std::string path_text;
   if (!Ravik::CopyText(path, CFStringGetSystemEncoding(), path_text)) return;
   loader_ = std::make_unique<CPluginLoader>(path, CFSTR(ZIO_PLUGIN_TYPE_ID));
-  port_ = static_cast<ZIOPortInterface*>(loader_->GetInterface(ZIO_PORT_INTERFACE_ID));
+  port_ = static_cast<ZIOPortInterface*>(loader_->GetInterface(CFSTR(ZIO_PORT_INTERFACE_ID)));
   if (port_ == nullptr) return;
   const ZIOOpenParameter parameter = {port_information, nullptr, nullptr,
                                       error_callback,   context, path_text.c_str()};

@@ -8,7 +8,7 @@ MakeZIOPortInfo::MakeZIOPortInfo(const __CFString* path, const __CFDictionary* i
   if (path == nullptr) return;
   loader_ = std::make_unique<CPluginLoader>(path, CFSTR(ZIO_PLUGIN_TYPE_ID));
   port_info_ =
-      static_cast<ZIOPortInfoInterface*>(loader_->GetInterface(ZIO_PORT_INFO_INTERFACE_ID));
+      static_cast<ZIOPortInfoInterface*>(loader_->GetInterface(CFSTR(ZIO_PORT_INFO_INTERFACE_ID)));
   if (port_info_ == nullptr) return;
   ready_ = port_info_->table->initialise(port_info_, ZIO_INTERFACE_VERSION, information) == 0;
 }

@@ -16,9 +16,11 @@ CFRef<CFStringRef> PathBesideExecutable(const char* name) {
 }  // namespace
 
 CFRef<CFStringRef> ZIOLibrary::GetLibraryPath() {
-  return PathBesideExecutable("ZIO/ZIOP.plugin");
+  static const auto& path = *new CFRef(PathBesideExecutable("ZIO/ZIOP.plugin"));
+  return path;
 }
 
 CFRef<CFStringRef> ZIOLibrary::GetSupportPrinterListPath() {
-  return PathBesideExecutable("SupportPrinterList.xml");
+  static const auto& path = *new CFRef(PathBesideExecutable("SupportPrinterList.xml"));
+  return path;
 }
