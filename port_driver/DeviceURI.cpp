@@ -42,6 +42,9 @@ int HexDigit(char c) {
 }
 
 std::string PercentDecode(std::string_view text) {
+  if (text.find('%') == std::string_view::npos) {
+    return std::string(text);
+  }
   std::string decoded;
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] != '%') {

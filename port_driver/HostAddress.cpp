@@ -1,6 +1,7 @@
 // Bounded name resolution.
 #include "port_driver/HostAddress.h"
 
+#include <arpa/inet.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -52,6 +53,23 @@ Resolution Resolve(const std::string& host, int flags) {
     }
   }
   return result;
+}
+
+// The address of a host in its usual numeric form; other forms, and zones, are the resolver's.
+std::optional<HostAddress> NumericAddress(const std::string& host) {
+  HostAddress address{{}, sizeof(sockaddr_in)};
+  auto& ipv4 = reinterpret_cast<sockaddr_in&>(address.storage);
+  if (::inet_pton(AF_INET, host.c_str(), &ipv4.sin_addr) == 1) {
+    ipv4.sin_family = AF_INET;
+    return address;
+  }
+  address = {{}, sizeof(sockaddr_in6)};
+  auto& ipv6 = reinterpret_cast<sockaddr_in6&>(address.storage);
+  if (::inet_pton(AF_INET6, host.c_str(), &ipv6.sin6_addr) == 1) {
+    ipv6.sin6_family = AF_INET6;
+    return address;
+  }
+  return std::nullopt;
 }
 
 // A resolver that hangs must not use up the threads and descriptors of the process.
@@ -120,6 +138,21 @@ Resolution ResolveName(const std::string& host, const Deadline& deadline, Waiter
 
 }  // namespace
 
+bool HostAddress::IsSame(const HostAddress& other) const {
+  if (family() != other.family()) {
+    return false;
+  }
+  if (family() == AF_INET6) {
+    const auto& left = reinterpret_cast<const sockaddr_in6&>(storage);
+    const auto& right = reinterpret_cast<const sockaddr_in6&>(other.storage);
+    return left.sin6_port == right.sin6_port &&
+           std::memcmp(&left.sin6_addr, &right.sin6_addr, sizeof left.sin6_addr) == 0;
+  }
+  const auto& left = reinterpret_cast<const sockaddr_in&>(storage);
+  const auto& right = reinterpret_cast<const sockaddr_in&>(other.storage);
+  return left.sin_port == right.sin_port && left.sin_addr.s_addr == right.sin_addr.s_addr;
+}
+
 void HostAddress::SetPort(uint16_t port) {
   if (family() == AF_INET6) {
     reinterpret_cast<sockaddr_in6*>(&storage)->sin6_port = htons(port);
@@ -128,8 +161,17 @@ void HostAddress::SetPort(uint16_t port) {
   }
 }
 
+HostAddress HostAddress::WithPort(uint16_t port) const {
+  HostAddress address = *this;
+  address.SetPort(port);
+  return address;
+}
+
 std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& deadline,
                                      Waiter& waiter) {
+  if (const auto address = NumericAddress(host)) {
+    return {*address};
+  }
   Resolution result = Resolve(host, AI_NUMERICHOST);
   if (result.status == EAI_NONAME) {
     result = ResolveName(host, deadline, waiter);

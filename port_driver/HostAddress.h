@@ -19,9 +19,14 @@ struct HostAddress {
 
   int family() const { return storage.ss_family; }
   const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&storage); }
+  sockaddr* get() { return reinterpret_cast<sockaddr*>(&storage); }
+
+  // Whether other is the same address with the same port, whatever the scope.
+  bool IsSame(const HostAddress& other) const;
 
   // Puts in the port, in host byte order.
   void SetPort(uint16_t port);
+  HostAddress WithPort(uint16_t port) const;
 };
 
 // Addresses of host in the order in which they are to be tried, 1 to 16, without a port.

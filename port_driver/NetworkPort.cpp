@@ -11,17 +11,20 @@
 namespace ZIOP {
 namespace {
 
+// Begins anywhere and does not come again before all others have.
 int32_t FreshRequestId() {
-  std::random_device source;
-  return std::uniform_int_distribution<int32_t>(1, std::numeric_limits<int32_t>::max())(source);
+  static_assert(std::minstd_rand::min() == 1);
+  static_assert(std::minstd_rand::max() <= std::numeric_limits<int32_t>::max());
+  thread_local std::minstd_rand source(std::random_device{}());
+  return static_cast<int32_t>(source());
 }
 
 }  // namespace
 
 void NetworkPort::Open() {
   StartToOpen(channels_ != nullptr);
-  const auto addresses = ResolveHost(uri_.host, Deadline::After(uri_.budget()), waiter_);
-  channels_ = std::make_unique<Channels>(uri_, addresses, waiter_);
+  channels_ = std::make_unique<Channels>(
+      uri_, ResolveHost(uri_.host, Deadline::After(uri_.budget()), waiter_), waiter_);
 }
 
 void NetworkPort::Close() {

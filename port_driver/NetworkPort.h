@@ -27,9 +27,12 @@ class NetworkPort : public Port {
 
  private:
   struct Channels {
-    Channels(const DeviceURI& uri, const std::vector<HostAddress>& addresses, Waiter& waiter)
-        : snmp(uri, addresses, waiter), raw(uri, addresses, waiter) {}
+    Channels(const DeviceURI& uri, std::vector<HostAddress> hosts, Waiter& waiter)
+        : addresses(std::move(hosts)), snmp(uri, addresses, waiter), raw(uri, addresses, waiter) {}
+    Channels(const Channels&) = delete;  // what is open refers to the addresses
+    Channels& operator=(const Channels&) = delete;
 
+    const std::vector<HostAddress> addresses;
     SnmpClient snmp;
     RawConnection raw;
   };

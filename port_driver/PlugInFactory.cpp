@@ -34,8 +34,20 @@ ULONG Release(void* instance) noexcept {
   return left;
 }
 
-CFRef<CFUUIDRef> MakeUUID(CFStringRef text) {
-  return CFRef<CFUUIDRef>(CFUUIDCreateFromString(kCFAllocatorDefault, text));
+// Constant for the life of the process.
+struct Identifiers {
+  CFUUIDRef type = MakeUUID(CFSTR(ZIO_PLUGIN_TYPE_ID));
+  CFUUIDRef port = MakeUUID(CFSTR(ZIO_PORT_INTERFACE_ID));
+  CFUUIDRef port_info = MakeUUID(CFSTR(ZIO_PORT_INFO_INTERFACE_ID));
+
+  static CFUUIDRef MakeUUID(CFStringRef text) {
+    return CFUUIDCreateFromString(kCFAllocatorDefault, text);
+  }
+};
+
+const Identifiers& Known() {
+  static const Identifiers known;
+  return known;
 }
 
 bool IsInterface(const CFUUIDBytes& id, CFUUIDRef interface) {
@@ -44,15 +56,15 @@ bool IsInterface(const CFUUIDBytes& id, CFUUIDRef interface) {
 }
 
 void* MakeInterface(void* instance, const CFUUIDBytes& id) {
+  if (IsInterface(id, Known().port)) {
+    return MakePortInterface();
+  }
+  if (IsInterface(id, Known().port_info)) {
+    return MakePortInfoInterface();
+  }
   if (IsInterface(id, IUnknownUUID)) {
     AddRef(instance);
     return instance;
-  }
-  if (IsInterface(id, MakeUUID(CFSTR(ZIO_PORT_INTERFACE_ID)).get())) {
-    return MakePortInterface();
-  }
-  if (IsInterface(id, MakeUUID(CFSTR(ZIO_PORT_INFO_INTERFACE_ID)).get())) {
-    return MakePortInfoInterface();
   }
   return nullptr;
 }
@@ -74,8 +86,7 @@ constexpr IUnknownVTbl kTable = {nullptr, QueryInterface, AddRef, Release};
 // Named in Info.plist. Null for any type but ZIO_PLUGIN_TYPE_ID and when memory is short.
 extern "C" __attribute__((visibility("default"))) void* ZIOPlugInFactory(CFAllocatorRef,
                                                                          CFUUIDRef type) noexcept {
-  const auto served = ZIOP::MakeUUID(CFSTR(ZIO_PLUGIN_TYPE_ID));
-  if (type == nullptr || !CFEqual(type, served.get())) {
+  if (type == nullptr || !CFEqual(type, ZIOP::Known().type)) {
     return nullptr;
   }
   return new (std::nothrow) ZIOP::Instance(&ZIOP::kTable);

@@ -29,20 +29,12 @@ bool IsToRepeat(int error) {
 
 }  // namespace
 
-RawConnection::RawConnection(const DeviceURI& uri, std::vector<HostAddress> addresses,
-                             Waiter& waiter)
-    : ByteStream(uri, waiter), addresses_(std::move(addresses)) {
-  for (HostAddress& address : addresses_) {
-    address.SetPort(uri.rawPort);
-  }
-}
-
 void RawConnection::Connect() {
   const Deadline deadline = Deadline::After(uri_.budget());
   for (std::size_t i = 0; !socket_; ++i) {
     const auto left = static_cast<int>(addresses_.size() - i);
     try {
-      socket_ = ConnectTo(addresses_[i], deadline.Share(left));
+      socket_ = ConnectTo(addresses_[i].WithPort(uri_.rawPort), deadline.Share(left));
     } catch (const DriverError& error) {
       if (left == 1 || error.code() == DriverCode::kCancelled) {
         throw;

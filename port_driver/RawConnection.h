@@ -17,8 +17,9 @@ namespace ZIOP {
 // rest of a broken one.
 class RawConnection : public ByteStream {
  public:
-  // Does not connect. uri and waiter must outlive the connection.
-  RawConnection(const DeviceURI& uri, std::vector<HostAddress> addresses, Waiter& waiter);
+  // Does not connect. What is given must outlive the connection.
+  RawConnection(const DeviceURI& uri, const std::vector<HostAddress>& addresses, Waiter& waiter)
+      : ByteStream(uri, waiter), addresses_(addresses) {}
 
   // Everything written is on its way already; reports a connection that broke since.
   void Flush() override;
@@ -43,7 +44,7 @@ class RawConnection : public ByteStream {
   void Drain(int socket, const Deadline& deadline);
   void AwaitAcknowledgement(int socket, const Deadline& deadline);
 
-  std::vector<HostAddress> addresses_;
+  const std::vector<HostAddress>& addresses_;
   FileDescriptor socket_;
 };
 

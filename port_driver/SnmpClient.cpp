@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <cerrno>
 #include <utility>
 
@@ -12,6 +13,9 @@
 
 namespace ZIOP {
 namespace {
+
+// A buffer that no client has, null for none: ports are opened one after the other.
+std::atomic<char*> spare_buffer{nullptr};
 
 // Datagrams taken off a socket before the deadline is looked at again.
 constexpr int kBurst = 64;
@@ -46,32 +50,52 @@ FileDescriptor ConnectDatagramSocket(const HostAddress& address) {
   return descriptor;
 }
 
+// Whether a datagram that socket has received from sender is one of the host that it is connected
+// to. It takes datagrams from anybody between getting its port and being connected.
+bool ComesFrom(const HostAddress& sender, int socket, const HostAddress& host) {
+  if (sender.IsSame(host)) {
+    return true;
+  }
+  HostAddress peer{{}, sizeof peer.storage};  // the unspecified address stands for another one
+  return ::getpeername(socket, peer.get(), &peer.length) == 0 && sender.IsSame(peer);
+}
+
 }  // namespace
 
-SnmpClient::SnmpClient(const DeviceURI& uri, std::vector<HostAddress> addresses, Waiter& waiter)
-    : uri_(uri), waiter_(waiter), addresses_(std::move(addresses)), buffer_(kMaximumDatagram) {
-  for (HostAddress& address : addresses_) {
-    address.SetPort(uri.snmpPort);
+// Bytes of a buffer that no datagram came to are never looked at.
+SnmpClient::Buffer::Buffer() : bytes_(spare_buffer.exchange(nullptr)) {
+  if (bytes_ == nullptr) {
+    bytes_.reset(new char[kMaximumDatagram]);
   }
+}
+
+SnmpClient::Buffer::~Buffer() {
+  const std::unique_ptr<char[]> surplus(spare_buffer.exchange(bytes_.release()));
+}
+
+SnmpClient::SnmpClient(const DeviceURI& uri, const std::vector<HostAddress>& addresses,
+                       Waiter& waiter)
+    : uri_(uri), waiter_(waiter), addresses_(addresses) {
   Connect();
 }
 
 // The sockets before go only now, so that the new ones have other ports.
 void SnmpClient::Connect() {
   std::vector<Socket> fresh;
-  for (const HostAddress& address : addresses_) {
+  fresh.reserve(addresses_.size());
+  for (const HostAddress& each : addresses_) {
     try {
-      fresh.push_back({ConnectDatagramSocket(address)});
+      const HostAddress address = each.WithPort(uri_.snmpPort);
+      fresh.push_back({ConnectDatagramSocket(address), address});
     } catch (const DriverError&) {
       // One family of addresses may have no route while the other has.
-      if (fresh.empty() && &address == &addresses_.back()) {
+      if (fresh.empty() && &each == &addresses_.back()) {
         throw;
       }
     }
   }
   sockets_ = std::move(fresh);
   active_ %= sockets_.size();
-  ForgetQueuedDatagrams();
 }
 
 std::string_view SnmpClient::Exchange(std::string_view request) {
@@ -79,7 +103,9 @@ std::string_view SnmpClient::Exchange(std::string_view request) {
   if (!asked) {
     throw DriverError(DriverCode::kParameter, "the request is not an SNMP message");
   }
-  Connect();
+  if (std::exchange(used_, true)) {
+    Connect();
+  }
   for (int attempt = 0; attempt <= uri_.retries; ++attempt) {
     if (Try(request, *asked)) {
       return answer_;
@@ -87,18 +113,6 @@ std::string_view SnmpClient::Exchange(std::string_view request) {
     TurnToNextAddress();
   }
   throw DriverError(DriverCode::kTimeout, Failure());
-}
-
-// A socket takes datagrams from anybody between getting its port and being connected.
-void SnmpClient::ForgetQueuedDatagrams() {
-  for (const Socket& socket : sockets_) {
-    for (int i = 0; i < kBurst; ++i) {
-      if (::recv(socket.descriptor.get(), buffer_.data(), buffer_.size(), 0) < 0 &&
-          errno == EAGAIN) {
-        break;
-      }
-    }
-  }
 }
 
 bool SnmpClient::Try(std::string_view request, const SnmpMessage& asked) {
@@ -111,6 +125,7 @@ bool SnmpClient::Try(std::string_view request, const SnmpMessage& asked) {
       Send(request);
     }
     std::vector<pollfd> set;
+    set.reserve(sockets_.size() + 1);
     for (const Socket& socket : sockets_) {
       set.push_back({socket.descriptor.get(), POLLIN, 0});
     }
@@ -148,7 +163,10 @@ bool SnmpClient::ReceiveAnswer(const SnmpMessage& asked) {
 
 bool SnmpClient::Receive(Socket& socket, const SnmpMessage& asked) {
   for (int i = 0; i < kBurst; ++i) {
-    const ssize_t length = ::recv(socket.descriptor.get(), buffer_.data(), buffer_.size(), 0);
+    HostAddress sender;
+    sender.length = sizeof sender.storage;
+    const ssize_t length = ::recvfrom(socket.descriptor.get(), buffer_.data(), kMaximumDatagram, 0,
+                                      sender.get(), &sender.length);
     if (length < 0 && errno == EAGAIN) {
       return false;
     }
@@ -158,7 +176,8 @@ bool SnmpClient::Receive(Socket& socket, const SnmpMessage& asked) {
     }
     answer_ = std::string_view(buffer_.data(), static_cast<std::size_t>(length));
     const auto answer = ReadSnmpMessage(answer_);
-    if (answer && AnswersRequest(*answer, asked, uri_.matchesIdOnly)) {
+    if (answer && AnswersRequest(*answer, asked, uri_.matchesIdOnly) &&
+        ComesFrom(sender, socket.descriptor.get(), socket.address)) {
       return true;
     }
   }

@@ -3,6 +3,7 @@
 #define PORT_DRIVER_SNMPCLIENT_H_
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +18,8 @@ namespace ZIOP {
 class SnmpClient {
  public:
   // Throws DriverError if no address of the host can be reached. Sends nothing and does not block.
-  // uri and waiter must outlive the client.
-  SnmpClient(const DeviceURI& uri, std::vector<HostAddress> addresses, Waiter& waiter);
+  // What is given must outlive the client.
+  SnmpClient(const DeviceURI& uri, const std::vector<HostAddress>& addresses, Waiter& waiter);
 
   // Sends request, one whole SNMP message, and waits for the answer to it; sends again whenever the
   // time of one try is over, and throws DriverError (kTimeout) after the last. Every exchange has
@@ -31,13 +32,27 @@ class SnmpClient {
   std::string_view Exchange(std::string_view request);
 
  private:
+  // Room for the longest datagram.
+  class Buffer {
+   public:
+    Buffer();
+    ~Buffer();
+    Buffer(const Buffer&) = delete;
+    Buffer& operator=(const Buffer&) = delete;
+
+    char* data() { return bytes_.get(); }
+
+   private:
+    std::unique_ptr<char[]> bytes_;
+  };
+
   struct Socket {
     FileDescriptor descriptor;
-    int lastError = 0;  // of the last send or receive: 0 or errno
+    HostAddress address;  // that it is connected to
+    int lastError = 0;    // of the last send or receive: 0 or errno
   };
 
   void Connect();
-  void ForgetQueuedDatagrams();
   bool Try(std::string_view request, const SnmpMessage& asked);
   void Send(std::string_view request);
   bool ReceiveAnswer(const SnmpMessage& asked);
@@ -47,10 +62,11 @@ class SnmpClient {
 
   const DeviceURI& uri_;
   Waiter& waiter_;
-  std::vector<HostAddress> addresses_;
+  const std::vector<HostAddress>& addresses_;
   std::vector<Socket> sockets_;
+  bool used_ = false;       // whether an exchange has had the sockets
   std::size_t active_ = 0;  // the one that requests are sent on
-  std::vector<char> buffer_;
+  Buffer buffer_;
   std::string_view answer_;
 };
 

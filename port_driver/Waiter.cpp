@@ -11,6 +11,9 @@
 namespace ZIOP {
 namespace {
 
+// An event that no waiter has, -1 for none: ports are opened one after the other.
+std::atomic<int> spare_event{-1};
+
 // Takes the cancelling event out of the set again, on every way out.
 class Joined {
  public:
@@ -27,15 +30,25 @@ class Joined {
 
 }  // namespace
 
-Waiter::Waiter() : event_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+Waiter::Waiter() : event_(spare_event.exchange(-1)) {
+  if (!event_) {
+    event_ = FileDescriptor(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+  }
   if (!event_) {
     throw DriverError::System("eventfd", errno);
   }
 }
 
+Waiter::~Waiter() {
+  Start();
+  const FileDescriptor surplus(spare_event.exchange(event_.release()));
+}
+
 void Waiter::Start() {
   uint64_t count = 0;
-  while (::read(event_.get(), &count, sizeof count) < 0 && errno == EINTR) {
+  while (is_set_.exchange(false) && ::read(event_.get(), &count, sizeof count) < 0 &&
+         errno == EINTR) {
+    is_set_ = true;
   }
 }
 
@@ -44,6 +57,7 @@ void Waiter::Cancel() {
   const uint64_t one = 1;
   while (::write(event_.get(), &one, sizeof one) < 0 && errno == EINTR) {
   }
+  is_set_ = true;
 }
 
 bool Waiter::Wait(std::vector<pollfd>& set, const Deadline& deadline) {
@@ -56,13 +70,16 @@ bool Waiter::Wait(std::vector<pollfd>& set, const Deadline& deadline) {
     throw DriverError::System("poll", errno);
   }
   if (count > 0 && joined.IsCancelled()) {
+    is_set_ = true;  // Cancel may not have come so far
     throw DriverError(DriverCode::kCancelled, "the operation was cancelled");
   }
   return count > 0;
 }
 
 bool Waiter::Wait(int descriptor, short events, const Deadline& deadline) {
-  std::vector<pollfd> set{{descriptor, events, 0}};
+  std::vector<pollfd> set;
+  set.reserve(2);
+  set.push_back({descriptor, events, 0});
   return Wait(set, deadline);
 }
 

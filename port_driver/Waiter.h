@@ -4,6 +4,7 @@
 
 #include <poll.h>
 
+#include <atomic>
 #include <vector>
 
 #include "port_driver/Deadline.h"
@@ -17,6 +18,9 @@ class Waiter {
  public:
   // Throws DriverError when the operating system has no descriptor left.
   Waiter();
+  ~Waiter();
+  Waiter(const Waiter&) = delete;
+  Waiter& operator=(const Waiter&) = delete;
 
   // Starts an operation: cancellations that came before it are forgotten.
   void Start();
@@ -33,6 +37,8 @@ class Waiter {
 
  private:
   FileDescriptor event_;
+  std::atomic<bool> is_set_{false};  // whether the event may be
+  static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler writes it");
 };
 
 }  // namespace ZIOP

@@ -29,6 +29,9 @@ class FileDescriptor {
   int get() const { return descriptor_; }
   explicit operator bool() const { return descriptor_ >= 0; }
 
+  // Hands the descriptor over to the caller, who has to close it.
+  [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
+
  private:
   int descriptor_ = -1;
 };

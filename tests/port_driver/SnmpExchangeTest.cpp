@@ -1,4 +1,7 @@
 // The exchange of SNMP messages with a printer that answers well, badly or not at all.
+#include <dlfcn.h>
+
+#include <atomic>
 #include <future>
 #include <thread>
 
@@ -12,6 +15,32 @@ namespace {
 using std::chrono::milliseconds;
 
 const std::string kRequest = MakeStatusRequest(7);
+
+// Sends an answer to the driver's next datagram socket, which anybody can do who is in time.
+std::atomic<const Peer*> early_stranger{nullptr};
+
+void SendEarly(int socket, const Peer& stranger) {
+  HostAddress own{{}, sizeof(sockaddr_in)};
+  own.storage.ss_family = AF_INET;
+  EXPECT_EQ(::bind(socket, own.get(), own.length), 0);
+  EXPECT_EQ(::getsockname(socket, own.get(), &own.length), 0);
+  stranger.SendTo(own, SnmpAnswer(kRequest, 300));
+}
+
+}  // namespace
+}  // namespace ZIOP
+
+// The call of this program and of the plug-ins that it loads.
+extern "C" __attribute__((visibility("default"))) int connect(int socket, const sockaddr* address,
+                                                              socklen_t length) {
+  static const auto system = reinterpret_cast<decltype(&connect)>(::dlsym(RTLD_NEXT, "connect"));
+  const ZIOP::Peer* const stranger = ZIOP::early_stranger.exchange(nullptr);
+  if (stranger != nullptr) ZIOP::SendEarly(socket, *stranger);
+  return system(socket, address, length);
+}
+
+namespace ZIOP {
+namespace {
 
 std::string SnmpUri(uint16_t port, const std::string& options = kPatient,
                     const char* host = "127.0.0.1") {
@@ -38,6 +67,30 @@ TEST(SnmpExchangeTest, TakesAnswersOfEverySizeAndNothingElse) {
       peer.Send(datagram);
     }
     EXPECT_TRUE(taken.get() == answer) << size;
+  }
+}
+
+TEST(SnmpExchangeTest, NobodyIsHeardWhoWasThereBeforeTheConnection) {
+  Peer peer(SOCK_DGRAM);
+  const Peer stranger(SOCK_DGRAM);
+  early_stranger = &stranger;
+  PluggedPort port(SnmpUri(peer.port()));
+  ASSERT_EQ(early_stranger, nullptr);
+  auto taken = Exchange(port);
+  EXPECT_EQ(peer.Receive(), kRequest);
+  peer.Send(SnmpAnswer(kRequest, 200));
+  EXPECT_EQ(taken.get(), SnmpAnswer(kRequest, 200));
+}
+
+// The host is the one that the system has connected to, whatever it was called.
+TEST(SnmpExchangeTest, TheUnspecifiedAddressIsThisMachine) {
+  for (const char* host : {"0.0.0.0", "127.1", "[::ffff:127.0.0.1]"}) {
+    Peer peer(SOCK_DGRAM);
+    PluggedPort port(SnmpUri(peer.port(), kPatient, host));
+    auto taken = Exchange(port);
+    EXPECT_EQ(peer.Receive(), kRequest);
+    peer.Send(SnmpAnswer(kRequest, 200));
+    EXPECT_EQ(taken.get(), SnmpAnswer(kRequest, 200)) << host;
   }
 }
 
