@@ -1,4 +1,4 @@
-// A client of the worker PrinterNativeProcess, for hosts to copy. No dependencies; Node 18 or later.
+// A client of the worker PrinterNativeProcess, for hosts to copy. Node 18 or later, nothing else.
 //
 //   const worker = new PrinterWorker("/opt/printer/PrinterNativeProcess");
 //   for (const printer of await worker.printers()) {
@@ -86,7 +86,9 @@ export class AnswerSplitter {
       const part = chunk.subarray(0, end ?? chunk.length);
       this.#chunks.push(part);
       this.#length += part.length;
-      if (this.#length > MAX_ANSWER_BYTES) throw new ProtocolError("the worker's answer does not end");
+      if (this.#length > MAX_ANSWER_BYTES) {
+        throw new ProtocolError("the worker's answer does not end");
+      }
       if (end === undefined) break;
       const answer = Buffer.concat(this.#chunks).toString("utf8");
       this.#chunks = [];
@@ -146,8 +148,10 @@ class RunningWorker {
     this.#child.stdout.unref();
   }
 
-  /** False once it has ended, or written what nobody asked for: the next answer might then belong to
-   * another request. */
+  /**
+   * False once it has ended, or written what nobody asked for: the next answer might then belong to
+   * another request.
+   */
   get isReady() {
     return this.#isReady && this.#splitter.isEmpty();
   }
@@ -223,7 +227,8 @@ export class PrinterWorker {
   /** Searches. Every other request takes a printer that the last search has found. */
   async printers(limitMs = LIST_LIMIT_MS) {
     const reply = await this.request("GetPrinterList", undefined, undefined, limitMs);
-    return [reply ?? []].flat().map((entry) => ({ name: entry.PrinterName, device: entry.DeviceName }));
+    const found = [reply ?? []].flat();
+    return found.map((entry) => ({ name: entry.PrinterName, device: entry.DeviceName }));
   }
 
   /** Of StatusCode, ErrorCode, WarningCode and SerialNumber, those that the printer tells. */

@@ -98,8 +98,8 @@ class MisbehavingWorker(unittest.TestCase):
 
     def test_one_worker_serves_requests_in_turn(self):
         process = self.process()
-        calls = [{"command": "GetStatusReply", "printer": ["slow", ""], "parameter": [str(i), "é+%"],
-                  "limit": 20} for i in range(40)]
+        calls = [{"command": "GetStatusReply", "printer": ["slow", ""],
+                  "parameter": [str(i), "é+%"], "limit": 20} for i in range(40)]
         for call, outcome in zip(calls, self.probe.at_once(calls)):
             self.assertEqual(outcome["reply"], {"Echo": call["parameter"], "Process": process})
         self.assertEqual(self.process(), process)

@@ -6,7 +6,8 @@ const worker = new PrinterWorker(process.argv[3]);
 
 async function outcome({ command, printer: [name, device], parameter, limit }) {
   try {
-    return { reply: (await worker.request(command, { name, device }, parameter, limit * 1000)) ?? null };
+    const reply = await worker.request(command, { name, device }, parameter, limit * 1000);
+    return { reply: reply ?? null };
   } catch (error) {
     return { error: error.name, text: error.message, code: error.code ?? null };
   }

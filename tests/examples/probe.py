@@ -1,4 +1,4 @@
-"""Makes the requests of each line at once, and writes a line of outcomes: probe.py MODULES WORKER"""
+"""Makes the requests of each line at once, writes a line of outcomes: probe.py MODULES WORKER"""
 
 import json
 import sys
