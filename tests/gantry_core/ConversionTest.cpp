@@ -39,13 +39,37 @@ TEST(DataConverter, EveryPairOfCharactersReadsAsAStreamReadsIt) {
 
 TEST(DataConverter, ReadsHexadecimalNumbers) {
   const std::map<std::string, unsigned int> kNumbers = {
-      {"", 0},           {"0x1f", 0x1F}, {"0X1F", 0x1F},
-      {"0x", 0},         {" \t\n7", 7},  {"12 34", 0x12},
-      {"1,000", 1},      {"4G", 4},      {"0000000000012", 0x12},
-      {"FFFFFFFF", ~0U}, {"-1", ~0U},    {"100000000", ~0U},
+      {"", 0},
+      {"0x1f", 0x1F},
+      {"0X1F", 0x1F},
+      {"0x", 0},
+      {" \t\n7", 7},
+      {"12 34", 0x12},
+      {"1,000", 1},
+      {"4G", 4},
+      {"0000000000012", 0x12},
+      {"FFFFFFFF", ~0U},
+      {"-1", ~0U},
+      {"100000000", ~0U},
+      {"00000012x", 0x12},
+      {"12345678 9", 0x12345678},
+      {"123456789", ~0U},
   };
   for (const auto& [text, number] : kNumbers) {
     EXPECT_EQ(Convert::Ascii2Integer(text), number) << text;
+  }
+}
+
+TEST(DataConverter, ReadsEveryShortTextAsAStreamDoes) {
+  constexpr char kCharacters[] = "09afAFgxX+- \t.,";  // and the terminating zero
+  std::vector<std::string> texts{""};
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const std::string text = texts[i];
+    unsigned int number = 0;
+    std::istringstream(text) >> std::hex >> number;
+    ASSERT_EQ(Convert::Ascii2Integer(text), number) << text;
+    if (text.size() == 4) continue;
+    for (const char character : kCharacters) texts.push_back(text + character);
   }
 }
 

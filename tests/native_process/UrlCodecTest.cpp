@@ -1,6 +1,7 @@
 // The encoding of request lines.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -40,6 +41,20 @@ TEST(UrlDecoder, DecodesAsItsHostsEncode) {
   std::string line;
   for (int i = 0; i < 3000000; ++i) line += "%41";
   EXPECT_TRUE(URLDecoder::decode(line) == std::string(3000000, 'A'));
+}
+
+TEST(UrlDecoder, ReadsEveryEscapeAsScanfDoes) {
+  for (int i = 0x100; i < 0x10000; ++i) {
+    const char pair[] = {static_cast<char>(i >> 8), static_cast<char>(i), '\0'};
+    unsigned int number = 'A';
+    const bool is_read = std::sscanf(pair, "%x", &number) != EOF;
+    const std::string byte(is_read ? 1 : 0, static_cast<char>(number));
+    const bool ends = is_read && (number & 0xFF) == 0;
+    const std::string rest = ends || pair[1] == '\0' ? "" : "|";
+    EXPECT_EQ(URLDecoder::decode("%41%" + std::string(pair, 2) + '|'),
+              'A' + (ends ? "" : byte) + rest)
+        << i;
+  }
 }
 
 TEST(UrlDecoder, UndoesTheEncoderForEveryByte) {

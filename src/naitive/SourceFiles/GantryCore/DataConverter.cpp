@@ -6,6 +6,7 @@
 #include <locale>
 #include <sstream>
 
+#include "GantryCore/HexDigits.h"
 #include "Library/RavikCommon/RavikAssert.h"
 
 namespace Ravik {
@@ -13,22 +14,22 @@ namespace Ravik {
 namespace {
 
 constexpr std::size_t kDigitsPerByte = 2;
-constexpr int kNoDigit = -1;
+constexpr std::size_t kDigitsPerInteger = 8;
 
-int DigitValue(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return kNoDigit;
+unsigned int ExtractInteger(std::string_view ascii) {
+  std::istringstream stream{std::string(ascii)};
+  stream.imbue(std::locale::classic());
+  unsigned int number = 0;
+  stream >> std::hex >> number;
+  return number;
 }
 
-unsigned char PairValue(const std::string& ascii, std::size_t position) {
-  const int high = DigitValue(ascii[position]);
-  const int low = DigitValue(ascii[position + 1]);
-  // Two digits, which nearly every pair is, need no stream; it costs some hundred times as much.
-  if (high != kNoDigit && low != kNoDigit) return static_cast<unsigned char>(high << 4 | low);
-  const std::string pair = ascii.substr(position, kDigitsPerByte);
-  return static_cast<unsigned char>(CDataConverter::Ascii2Integer(pair));
+unsigned char PairValue(char high, char low) {
+  const int byte = HexPairValue(high, low);
+  if (byte >= 0) return static_cast<unsigned char>(byte);
+  const char pair[] = {high, low};
+  return static_cast<unsigned char>(
+      CDataConverter::Ascii2Integer(std::string_view(pair, sizeof pair)));
 }
 
 }  // namespace
@@ -44,17 +45,15 @@ std::vector<bool> CDataConverter::Byte2Binary(const std::vector<unsigned char>& 
 }
 
 unsigned char CDataConverter::Ascii2Byte(char digit) {
-  const int digit_value = DigitValue(digit);
-  return digit_value == kNoDigit ? static_cast<unsigned char>(0)
-                                 : static_cast<unsigned char>(digit_value);
+  return static_cast<unsigned char>(std::max(HexDigitValue(digit), 0));
 }
 
-std::vector<unsigned char> CDataConverter::Ascii2Byte(const std::string& ascii) {
+std::vector<unsigned char> CDataConverter::Ascii2Byte(std::string_view ascii) {
   RAVIK_ASSERT((ascii.size() % 2) == 0);
   std::vector<unsigned char> ret;
   ret.reserve(ascii.size() / kDigitsPerByte);
   for (std::size_t i = 0; i < ascii.size(); i += kDigitsPerByte) {
-    ret.push_back(PairValue(ascii, i));
+    ret.push_back(PairValue(ascii[i], ascii[i + 1]));
   }
   // clang-format off
   RAVIK_ASSERT((ascii.size()/2) == ret.size());
@@ -62,29 +61,51 @@ std::vector<unsigned char> CDataConverter::Ascii2Byte(const std::string& ascii) 
   return ret;
 }
 
-std::string CDataConverter::Ascii2String(const std::string& ascii) {
+std::string CDataConverter::Ascii2String(std::string_view ascii) {
   RAVIK_ASSERT((ascii.size() % 2) == 0);
-  return Byte2String(Ascii2Byte(ascii));
+  std::string text(ascii.size() / kDigitsPerByte, '\0');
+  const char* pair = ascii.data();
+  for (char& character : text) {
+    character = static_cast<char>(PairValue(pair[0], pair[1]));
+    pair += kDigitsPerByte;
+  }
+  return text;
 }
 
 std::string CDataConverter::Byte2Ascii(unsigned char byte) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
-  return {kDigits[byte >> 4], kDigits[byte & 0x0F]};
+  return {kHexDigits[byte >> 4], kHexDigits[byte & 0x0F]};
 }
 
 std::string CDataConverter::Byte2Ascii(const std::vector<unsigned char>& bytes) {
-  std::string ascii;
-  ascii.reserve(bytes.size() * kDigitsPerByte);
-  for (const unsigned char byte : bytes) ascii += Byte2Ascii(byte);
+  std::string ascii(bytes.size() * kDigitsPerByte, '\0');
+  char* digit = ascii.data();
+  for (const unsigned char byte : bytes) {
+    *digit++ = kHexDigits[byte >> 4];
+    *digit++ = kHexDigits[byte & 0x0F];
+  }
   return ascii;
 }
 
-unsigned int CDataConverter::Ascii2Integer(const std::string& ascii) {
-  std::istringstream stream(ascii);
-  stream.imbue(std::locale::classic());
+// A stream costs some hundred times as much as the digits themselves. It is asked where the text
+// starts with what it skips or takes as a sign or prefix, and where the number may be too large.
+unsigned int CDataConverter::Ascii2Integer(std::string_view ascii) {
+  if (ascii.size() == kDigitsPerByte) {
+    const int byte = HexPairValue(ascii[0], ascii[1]);
+    if (byte >= 0) return static_cast<unsigned int>(byte);
+  }
   unsigned int number = 0;
-  stream >> std::hex >> number;
-  return number;
+  std::size_t digits = 0;
+  for (; digits < ascii.size(); ++digits) {
+    const int value = HexDigitValue(ascii[digits]);
+    if (value == kNoHexDigit) break;
+    number = number << 4 | static_cast<unsigned int>(value);
+  }
+  constexpr std::string_view kStart = " \t\n\v\f\r+-";
+  constexpr std::string_view kPrefixEnd = "xX";
+  const bool ended = digits == ascii.size();
+  const bool plain = digits == 0 ? ended || kStart.find(ascii[0]) == kStart.npos
+                                 : ended || kPrefixEnd.find(ascii[digits]) == kPrefixEnd.npos;
+  return plain && digits <= kDigitsPerInteger ? number : ExtractInteger(ascii);
 }
 
 unsigned int CDataConverter::Byte2Integer(const std::vector<unsigned char>& bytes,

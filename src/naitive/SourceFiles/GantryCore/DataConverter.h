@@ -3,6 +3,7 @@
 #define GANTRYCORE_DATACONVERTER_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Ravik {
@@ -20,8 +21,8 @@ class CDataConverter {
   static unsigned char Ascii2Byte(char digit);
 
   // The low byte of Ascii2Integer of every pair of characters. Text of odd length ends the process.
-  static std::vector<unsigned char> Ascii2Byte(const std::string& ascii);
-  static std::string Ascii2String(const std::string& ascii);
+  static std::vector<unsigned char> Ascii2Byte(std::string_view ascii);
+  static std::string Ascii2String(std::string_view ascii);
 
   static std::string Byte2Ascii(unsigned char byte);
   static std::string Byte2Ascii(const std::vector<unsigned char>& bytes);
@@ -29,7 +30,7 @@ class CDataConverter {
   // What a stream's extraction of a hexadecimal unsigned int gives: leading white space is skipped,
   // a sign and a prefix 0x are accepted ("-1" is 0xFFFFFFFF), reading stops at the first character
   // that is not a digit. 0 if nothing can be read, 0xFFFFFFFF if the number is too large.
-  static unsigned int Ascii2Integer(const std::string& ascii);
+  static unsigned int Ascii2Integer(std::string_view ascii);
 
   // 32-bit arithmetic: of more than four bytes the four least significant ones count.
   static unsigned int Byte2Integer(const std::vector<unsigned char>& bytes, bool big_endian);

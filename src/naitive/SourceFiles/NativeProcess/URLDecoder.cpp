@@ -4,6 +4,28 @@
 #include <cstring>
 #include <new>
 
+#include "GantryCore/HexDigits.h"
+
+namespace {
+
+// The number of an escape's two characters; false where there is not even one to read. An escape
+// without a number leaves number as it is.
+bool ReadEscape(const char* escape, unsigned int& number) {
+  const char first = escape[1];  // the terminating NUL at the latest
+  const char second = first == '\0' ? '\0' : escape[2];
+  const int byte = Ravik::HexPairValue(first, second);
+  if (byte >= 0) {
+    number = static_cast<unsigned int>(byte);
+    return true;
+  }
+  const char pair[3] = {first, second, '\0'};
+  // Two digits cannot overflow.
+  // NOLINTNEXTLINE(cert-err34-c)
+  return std::sscanf(pair, "%x", &number) != EOF;
+}
+
+}  // namespace
+
 std::string URLDecoder::decode(const std::string& text) {
   return decode(text.c_str());
 }
@@ -13,27 +35,26 @@ std::string URLDecoder::decode(const char* text) {
   if (text == nullptr) return decoded;
   const std::size_t length = std::strlen(text);
   try {
-    decoded.reserve(length);
+    decoded.resize(length);
   } catch (const std::bad_alloc&) {
     return decoded;
   }
+  char* next = decoded.data();  // never behind the character that is read
   unsigned int number = 0;
   for (std::size_t i = 0; i < length; ++i) {
     if (text[i] == '+') {
-      decoded += ' ';
+      *next++ = ' ';
     } else if (text[i] != '%') {
-      decoded += text[i];
+      *next++ = text[i];
     } else {
-      const char first = text[i + 1];  // the terminating NUL at the latest
-      const char pair[3] = {first, first == '\0' ? '\0' : text[i + 2], '\0'};
+      const bool is_read = ReadEscape(text + i, number);
       i += 2;
-      // A failed conversion leaves number as the last escape set it; two digits cannot overflow.
-      // NOLINTNEXTLINE(cert-err34-c)
-      if (std::sscanf(pair, "%x", &number) == EOF) continue;
+      if (!is_read) continue;
       const char byte = static_cast<char>(number & 0xFF);
       if (byte == '\0') break;
-      decoded += byte;
+      *next++ = byte;
     }
   }
+  decoded.resize(static_cast<std::size_t>(next - decoded.data()));
   return decoded;
 }
