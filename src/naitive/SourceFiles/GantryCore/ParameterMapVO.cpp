@@ -1,38 +1,58 @@
 #include "GantryCore/ParameterMapVO.h"
 
 #include <algorithm>
-#include <stdexcept>
+#include <limits>
+#include <utility>
 
 #include "Library/RavikCommon/RavikAssert.h"
 
 namespace Ravik {
 
-void ParameterMapVO::insert(const std::string& key) {
-  if (isKey(key)) return;
-  const auto it = map_.insert({key, {}});
-  RAVIK_ASSERT(it.second);
+namespace {
+
+bool IsBefore(const ParameterMapVO::Map::value_type& entry, const std::string& key) {
+  return entry.first < key;
 }
 
-void ParameterMapVO::insert(const std::string& key, const value& added) {
-  const auto present = map_.find(key);
-  if (present != map_.end()) {
-    present->second.push_back(added);
-    return;
+}  // namespace
+
+ParameterValues& ParameterMapVO::Values(const std::string& key) {
+  if (map_.empty() || IsBefore(map_.back(), key)) {
+    return map_.emplace_back(key, ParameterValues()).second;
   }
-  const auto tmp = map_.insert({key, {added}});
-  RAVIK_ASSERT(tmp.second);
+  const auto place = std::lower_bound(map_.begin(), map_.end(), key, IsBefore);
+  if (place->first == key) return place->second;
+  return map_.emplace(place, key, ParameterValues())->second;
 }
 
-void ParameterMapVO::insert(const std::string& key, const std::string& text) {
-  insert(key, value(text));
+const ParameterValues* ParameterMapVO::FindValues(const std::string& key) const {
+  const auto place = std::lower_bound(map_.begin(), map_.end(), key, IsBefore);
+  return place != map_.end() && place->first == key ? &place->second : nullptr;
+}
+
+void ParameterMapVO::insert(const std::string& key) {
+  Values(key);
+}
+
+void ParameterMapVO::insert(const std::string& key, value added) {
+  Values(key).emplace_back(std::move(added));
+}
+
+void ParameterMapVO::insert(const std::string& key, std::string_view text) {
+  Values(key).emplace_back(text);
 }
 
 void ParameterMapVO::insert(const std::string& key, int integer) {
-  insert(key, value(integer));
+  Values(key).emplace_back(integer);
 }
 
 bool ParameterMapVO::isKey(const std::string& key) const {
-  return map_.count(key) != 0;
+  return FindValues(key) != nullptr;
+}
+
+const value* ParameterMapVO::first(const std::string& key) const {
+  const ParameterValues* const values = FindValues(key);
+  return values == nullptr || values->empty() ? nullptr : &(*values)[0];
 }
 
 bool ParameterMapVO::find(const std::string& key, value& found) const {
@@ -40,11 +60,10 @@ bool ParameterMapVO::find(const std::string& key, value& found) const {
 }
 
 bool ParameterMapVO::find(const std::string& key, int index, value& found) const {
-  const auto present = map_.find(key);
-  if (present == map_.end()) return false;
-  const std::vector<value>& values = present->second;
-  if (index < 0 || static_cast<std::size_t>(index) >= values.size()) return false;
-  found = values[static_cast<std::size_t>(index)];
+  const ParameterValues* const values = FindValues(key);
+  if (values == nullptr) return false;
+  if (index < 0 || static_cast<std::size_t>(index) >= values->size()) return false;
+  found = (*values)[static_cast<std::size_t>(index)];
   return true;
 }
 
@@ -64,53 +83,67 @@ bool ParameterMapVO::find(const std::string& key, int& integer) const {
 }
 
 bool ParameterMapVO::find(const std::string& key, int index, int& integer) const {
-  value val;
-  if (!find(key, index, val)) return false;
+  const ParameterValues* const values = FindValues(key);
+  if (values == nullptr || index < 0 || static_cast<std::size_t>(index) >= values->size()) {
+    return false;
+  }
+  const value& val = (*values)[static_cast<std::size_t>(index)];
   RAVIK_ASSERT(val.is<int>());
   integer = val.get<int>();
   return true;
 }
 
-std::vector<value>::size_type ParameterMapVO::sizeMinVector() const {
-  if (map_.empty()) return 0;
-  const auto smallest = std::min_element(
-      map_.begin(), map_.end(),
-      [](const auto& a, const auto& b) { return a.second.size() < b.second.size(); });
-  return smallest->second.size();
+std::size_t ParameterMapVO::sizeMinVector() const {
+  std::size_t smallest = map_.empty() ? 0 : std::numeric_limits<std::size_t>::max();
+  for (const auto& [key, values] : map_) smallest = std::min(smallest, values.size());
+  return smallest;
 }
 
 bool ParameterMapVO::isContain(const ParameterMapVO& other) const {
   for (const auto& [key, values] : other) {
     const value& expected = values.at(0);
-    value own;
-    if (find(key, own) && !(own == expected)) return false;
+    const value* const own = first(key);
+    if (own != nullptr && !(*own == expected)) return false;
   }
   return true;
 }
 
-void ParameterMapVO::printObject(std::ostream& out, std::vector<value>::size_type index) const {
-  out << '{';
-  const char* separator = "";
+void ParameterMapVO::AppendObject(std::string& json, std::size_t index) const {
+  json += '{';
   for (const auto& [key, values] : map_) {
-    out << separator << '"' << key << "\":";
-    out << (index < values.size() ? values[index] : value()).serialize();
-    separator = ",";
+    json += '"';
+    json += key;
+    json += '"';
+    json += ':';
+    if (index < values.size()) {
+      values[index].serialize_to(json);
+    } else {
+      value().serialize_to(json);
+    }
+    json += ',';
   }
-  out << '}';
+  if (!map_.empty()) json.pop_back();  // the last comma
+  json += '}';
+}
+
+void ParameterMapVO::appendJson(std::string& json) const {
+  const std::size_t positions = sizeMinVector();
+  if (positions < 2) {
+    AppendObject(json, 0);
+    return;
+  }
+  json += '[';
+  for (std::size_t index = 0; index < positions; ++index) {
+    if (index != 0) json += ',';
+    AppendObject(json, index);
+  }
+  json += ']';
 }
 
 void ParameterMapVO::printJson(std::ostream& out) const {
-  const auto positions = sizeMinVector();
-  if (positions < 2) {
-    printObject(out, 0);
-    return;
-  }
-  out << '[';
-  for (std::vector<value>::size_type index = 0; index < positions; ++index) {
-    if (index != 0) out << ',';
-    printObject(out, index);
-  }
-  out << ']';
+  std::string json;
+  appendJson(json);
+  out << json;
 }
 
 std::ostream& operator<<(std::ostream& out, const ParameterMapVO& parameters) {

@@ -2,27 +2,73 @@
 #ifndef GANTRYCORE_PARAMETERMAPVO_H_
 #define GANTRYCORE_PARAMETERMAPVO_H_
 
-#include <map>
+#include <cstddef>
+#include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Library/RavikCommon/RavikValue.h"
 
 namespace Ravik {
 
+// The values of one key. The first one, which most keys hold alone, takes no memory of its own.
+class ParameterValues {
+ public:
+  std::size_t size() const { return first_ ? 1 + more_.size() : 0; }
+  bool empty() const { return !first_; }
+
+  // index is below size().
+  const value& operator[](std::size_t index) const {
+    return index == 0 ? *first_ : more_[index - 1];
+  }
+
+  // Throws std::out_of_range for an index at or beyond size().
+  const value& at(std::size_t index) const {
+    if (index >= size()) throw std::out_of_range("ParameterValues::at");
+    return (*this)[index];
+  }
+
+  // Appends the value that is made of the argument.
+  template <typename Content>
+  void emplace_back(Content&& content) {
+    if (first_) {
+      more_.emplace_back(std::forward<Content>(content));
+    } else {
+      first_.emplace(std::forward<Content>(content));
+    }
+  }
+
+ private:
+  std::optional<value> first_;
+  std::vector<value> more_;  // empty without a first one
+};
+
 // A map from a parameter's key to its values, iterated in byte order of the keys. The values of a
 // key keep the order of insertion; a key may be present without values.
+//
+// The entries lie in one block in the order of their keys. A new key is added in constant time when
+// it comes behind all others, as it does wherever a table or a JSON object is walked; otherwise
+// those behind it are moved.
 class ParameterMapVO {
  public:
-  using Map = std::map<std::string, std::vector<value>>;
+  using Map = std::vector<std::pair<std::string, ParameterValues>>;
+
+  // Removes all keys; their memory stays for those to come.
+  void clear() { map_.clear(); }
+
+  // Makes room for that many keys at once.
+  void reserve(Map::size_type keys) { map_.reserve(keys); }
 
   // Adds the key without values; changes nothing if it is present.
   void insert(const std::string& key);
 
   // Appends a value to those of the key, which is added if it is absent.
-  void insert(const std::string& key, const value& added);
-  void insert(const std::string& key, const std::string& text);
+  void insert(const std::string& key, value added);
+  void insert(const std::string& key, std::string_view text);
   void insert(const std::string& key, int integer);
 
   // Whether the key is present, with or without values.
@@ -38,12 +84,15 @@ class ParameterMapVO {
   bool find(const std::string& key, int& integer) const;
   bool find(const std::string& key, int index, int& integer) const;
 
+  // The key's first value, valid until the map changes; null if the key is absent or has no values.
+  const value* first(const std::string& key) const;
+
   Map::const_iterator begin() const { return map_.begin(); }
   Map::const_iterator end() const { return map_.end(); }
   Map::size_type size() const { return map_.size(); }
 
   // The smallest number of values that a key holds; 0 for an empty map.
-  std::vector<value>::size_type sizeMinVector() const;
+  std::size_t sizeMinVector() const;
 
   // Whether the first values of all keys that both maps hold are equal; keys of other that this
   // map lacks or holds without values do not count. Throws std::out_of_range when it meets a key
@@ -55,8 +104,18 @@ class ParameterMapVO {
   // are not escaped; a key without values is written as null.
   void printJson(std::ostream& out) const;
 
+  // Appends what printJson() writes to json.
+  void appendJson(std::string& json) const;
+
  private:
-  void printObject(std::ostream& out, std::vector<value>::size_type index) const;
+  // The values of the key, which is added without any if it is absent.
+  ParameterValues& Values(const std::string& key);
+
+  // The values of the key; null if it is absent.
+  const ParameterValues* FindValues(const std::string& key) const;
+
+  // Appends the object of the values at index.
+  void AppendObject(std::string& json, std::size_t index) const;
 
   Map map_;
 };

@@ -1,13 +1,15 @@
 #include "GantryCore/PrinterVO.h"
 
+#include <utility>
+
 namespace Ravik {
 
-PrinterVO::PrinterVO(const std::string& printerName, const std::string& deviceName)
-    : printerName_(printerName), deviceName_(deviceName) {}
+PrinterVO::PrinterVO(std::string printerName, std::string deviceName)
+    : printerName_(std::move(printerName)), deviceName_(std::move(deviceName)) {}
 
-void PrinterVO::setPrinter(const std::string& printerName, const std::string& deviceName) {
-  printerName_ = printerName;
-  deviceName_ = deviceName;
+void PrinterVO::setPrinter(std::string printerName, std::string deviceName) {
+  printerName_ = std::move(printerName);
+  deviceName_ = std::move(deviceName);
 }
 
 void PrinterVO::print(std::ostream& out) const {

@@ -10,7 +10,7 @@ namespace Ravik {
 class PrinterVO {
  public:
   PrinterVO() = default;
-  PrinterVO(const std::string& printerName, const std::string& deviceName);
+  PrinterVO(std::string printerName, std::string deviceName);
 
   // The name under which the printer is listed and opened.
   const std::string& printerName() const { return printerName_; }
@@ -18,7 +18,7 @@ class PrinterVO {
   // The driver's or the model's name, which selects the printer family.
   const std::string& deviceName() const { return deviceName_; }
 
-  void setPrinter(const std::string& printerName, const std::string& deviceName);
+  void setPrinter(std::string printerName, std::string deviceName);
 
   // Writes both names as the two members of a JSON object, without its braces and unescaped.
   void print(std::ostream& out) const;

@@ -1,6 +1,12 @@
 #include "Library/RavikCommon/RavikValue.h"
 
+#include <array>
+#include <charconv>
+#include <cstddef>
 #include <cstdio>
+#include <iterator>
+#include <limits>
+#include <utility>
 
 #include "Library/RavikCommon/RavikAssert.h"
 
@@ -9,10 +15,11 @@ namespace Ravik {
 value::value(bool boolean) : payload_(boolean) {}
 value::value(int integer) : payload_(integer) {}
 value::value(double number) : payload_(number) {}
-value::value(const std::string& text) : payload_(text) {}
-value::value(const char* text) : payload_(std::string(text)) {}
-value::value(const array& elements) : payload_(elements) {}
-value::value(const object& members) : payload_(std::make_shared<const object>(members)) {}
+value::value(std::string text) : payload_(std::move(text)) {}
+value::value(std::string_view text) : payload_(std::in_place_type<std::string>, text) {}
+value::value(const char* text) : value(std::string_view(text)) {}
+value::value(array elements) : payload_(std::move(elements)) {}
+value::value(object members) : payload_(std::make_shared<const object>(std::move(members))) {}
 
 namespace {
 
@@ -23,22 +30,74 @@ std::string NumberText(double number) {
   return text;
 }
 
-std::string SerializeArray(const value::array& elements) {
-  std::string json = "[";
-  for (const value& element : elements) {
-    if (json.size() > 1) json += ',';
-    json += element.serialize();
-  }
-  return json + ']';
+void AppendInteger(int integer, std::string& json) {
+  char text[std::numeric_limits<int>::digits10 + 3];
+  const char* const end = std::to_chars(std::begin(text), std::end(text), integer).ptr;
+  json.append(text, static_cast<std::size_t>(end - text));
 }
 
-std::string SerializeObject(const value::object& members) {
-  std::string json = "{";
-  for (const auto& [key, member] : members) {
-    if (json.size() > 1) json += ',';
-    json += '"' + key + "\":" + member.serialize();
+void AppendArray(const value::array& elements, std::string& json) {
+  json += '[';
+  for (const value& element : elements) {
+    if (&element != &elements.front()) json += ',';
+    element.serialize_to(json);
   }
-  return json + '}';
+  json += ']';
+}
+
+void AppendObject(const value::object& members, std::string& json) {
+  json += '{';
+  const char* start = "\"";
+  for (const auto& [key, member] : members) {
+    json.append(start).append(key).append("\":");
+    member.serialize_to(json);
+    start = ",\"";
+  }
+  json += '}';
+}
+
+// The second character of a byte's escape; NUL for a byte that stays as it is.
+constexpr char EscapeOf(char c) {
+  switch (c) {
+    case '\\':
+    case '/':
+    case '"':
+      return c;
+    case '\b':
+      return 'b';
+    case '\t':
+      return 't';
+    case '\n':
+      return 'n';
+    case '\f':
+      return 'f';
+    case '\r':
+      return 'r';
+    default:
+      return '\0';
+  }
+}
+
+constexpr std::array<char, 256> MakeEscapes() {
+  std::array<char, 256> escapes{};
+  for (std::size_t i = 0; i < escapes.size(); ++i) escapes[i] = EscapeOf(static_cast<char>(i));
+  return escapes;
+}
+
+constexpr std::array<char, 256> kEscapes = MakeEscapes();
+
+void AppendEscaped(const std::string& text, std::string& json) {
+  const char* const begin = text.data();
+  std::size_t appended = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char escape = kEscapes[static_cast<unsigned char>(begin[i])];
+    if (escape == '\0') continue;
+    json.append(begin + appended, i - appended);
+    json += '\\';
+    json += escape;
+    appended = i + 1;
+  }
+  json.append(begin + appended, text.size() - appended);
 }
 
 }  // namespace
@@ -65,52 +124,36 @@ std::string value::to_str() const {
 }
 
 std::string value::serialize() const {
+  std::string json;
+  serialize_to(json);
+  return json;
+}
+
+void value::serialize_to(std::string& json) const {
   switch (tag()) {
+    case kInt:
+      return AppendInteger(std::get<int>(payload_), json);
     case kNull:
     case kBoolean:
-    case kInt:
     case kNumber:
-      return to_str();
+      json += to_str();
+      return;
     case kString:
-      return '"' + serialize_str(std::get<std::string>(payload_)) + '"';
+      json += '"';
+      AppendEscaped(std::get<std::string>(payload_), json);
+      json += '"';
+      return;
     case kArray:
-      return SerializeArray(std::get<array>(payload_));
+      return AppendArray(std::get<array>(payload_), json);
     case kObject:
-      return SerializeObject(*std::get<std::shared_ptr<const object>>(payload_));
+      return AppendObject(*std::get<std::shared_ptr<const object>>(payload_), json);
   }
-  RAVIK_ASSERT(false);
-  return {};
+  ReportAssertion("false", "serialize", __FILE__, __LINE__);
 }
 
 std::string value::serialize_str(const std::string& text) {
   std::string json;
-  json.reserve(text.size());
-  for (const char c : text) {
-    switch (c) {
-      case '\\':
-      case '/':
-      case '"':
-        json += {'\\', c};
-        break;
-      case '\b':
-        json += "\\b";
-        break;
-      case '\t':
-        json += "\\t";
-        break;
-      case '\n':
-        json += "\\n";
-        break;
-      case '\f':
-        json += "\\f";
-        break;
-      case '\r':
-        json += "\\r";
-        break;
-      default:
-        json += c;
-    }
-  }
+  AppendEscaped(text, json);
   return json;
 }
 

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -20,10 +21,11 @@ class value {
   explicit value(bool boolean);
   explicit value(int integer);
   explicit value(double number);
-  explicit value(const std::string& text);
+  explicit value(std::string text);
+  explicit value(std::string_view text);
   explicit value(const char* text);
-  explicit value(const array& elements);
-  explicit value(const object& members);
+  explicit value(array elements);
+  explicit value(object members);
 
   // Whether the value is of the kind that holds a T; T is int or std::string.
   template <typename T>
@@ -44,6 +46,9 @@ class value {
   // JSON text of the value (RFC 8259) without blanks. As hosts expect it, control bytes without a
   // two-character escape stay raw, and keys of an object are not escaped.
   std::string serialize() const;
+
+  // Appends what serialize() returns to json.
+  void serialize_to(std::string& json) const;
 
   // The inside of a JSON string: backslash, slash, double quote, and the control bytes that have
   // a two-character escape become that; every other byte stays as it is.
