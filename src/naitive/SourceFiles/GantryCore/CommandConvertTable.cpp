@@ -1,6 +1,6 @@
 #include "GantryCore/CommandConvertTable.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 #include "ModelInfomation/ParameterName.h"
@@ -74,43 +74,117 @@ constexpr CCorrectElement kCorrectTable[8] = {
 
 namespace {
 
-// The sum of the parameter's offsets; unsigned, so that what follows wraps around.
-unsigned int Offset(const std::string& name) {
-  unsigned int offset = 0;
-  for (const CCorrectElement& row : kCorrectTable) {
-    if (row.name == name) offset += static_cast<unsigned int>(row.offset);
+// What the two tables hold for one parameter.
+struct Conversion {
+  std::string_view name;
+  std::size_t first_row = 0;  // in kConvertTable, whose rows of one parameter follow each other
+  std::size_t rows = 0;
+  unsigned int offset = 0;  // the sum of those in kCorrectTable; unsigned, so that it wraps around
+
+  const CTableElement* begin() const { return kConvertTable + first_row; }
+  const CTableElement* end() const { return begin() + rows; }
+};
+
+// The parameters of both tables by a hash of their names. A name that is taken stands in the next
+// free slot. Most slots are free, and the search for a name ends at a free one.
+class Conversions {
+ public:
+  constexpr Conversions() {
+    for (std::size_t row = 0; row < std::size(kConvertTable); ++row) {
+      Conversion& conversion = Insert(kConvertTable[row].name);
+      if (conversion.rows == 0) conversion.first_row = row;
+      ++conversion.rows;
+    }
+    for (const CCorrectElement& row : kCorrectTable) {
+      Insert(row.name).offset += static_cast<unsigned int>(row.offset);
+    }
   }
-  return offset;
-}
+
+  // A conversion without rows and offset for a parameter that has none.
+  constexpr const Conversion& operator[](std::string_view name) const {
+    return entries_[entry_of_slot_[SlotOf(name)]];
+  }
+
+  constexpr bool RowsAreTogether() const {
+    for (const Conversion& conversion : entries_) {
+      for (std::size_t i = 0; i < conversion.rows; ++i) {
+        if (kConvertTable[conversion.first_row + i].name != conversion.name) return false;
+      }
+    }
+    return true;
+  }
+
+ private:
+  static constexpr std::size_t kSlots = 128;  // a power of two
+
+  // The slot that the name has, or that it would get. What tells these names apart is their length,
+  // how they start, and in front of which two letters they differ: "FeedSpeedATC", "FeedSpeedMTC".
+  constexpr std::size_t SlotOf(std::string_view name) const {
+    constexpr std::size_t kTail = 3;
+    const std::size_t size = name.size();
+    std::size_t slot = 0;
+    if (size >= kTail) {
+      slot = 2 * size + 5 * static_cast<unsigned char>(name[0]) +
+             static_cast<unsigned char>(name[size - kTail]);
+    }
+    for (slot %= kSlots; entry_of_slot_[slot] != 0; slot = (slot + 1) % kSlots) {
+      if (entries_[entry_of_slot_[slot]].name == name) break;
+    }
+    return slot;
+  }
+
+  constexpr Conversion& Insert(std::string_view name) {
+    unsigned char& entry = entry_of_slot_[SlotOf(name)];
+    if (entry == 0) {
+      entry = ++size_;
+      entries_[entry].name = name;
+    }
+    return entries_[entry];
+  }
+
+  unsigned char entry_of_slot_[kSlots] = {};
+  unsigned char size_ = 0;
+  // Entry 0 is that of the names that have none.
+  Conversion entries_[1 + std::size(kConvertTable) + std::size(kCorrectTable)] = {};
+};
+
+constexpr Conversions kConversions;
+static_assert(kConversions.RowsAreTogether());
 
 }  // namespace
 
 bool CCommandConvertTable::StringToBinary(const std::string& name, const std::string& text,
                                           unsigned int& value) {
-  const auto* const row =
-      std::find_if(std::begin(kConvertTable), std::end(kConvertTable),
-                   [&](const CTableElement& r) { return r.name == name && r.text == text; });
-  if (row == std::end(kConvertTable)) return false;
-  value = row->byteValue;
-  return true;
+  for (const CTableElement& row : kConversions[name]) {
+    if (row.text != text) continue;
+    value = row.byteValue;
+    return true;
+  }
+  return false;
 }
 
 bool CCommandConvertTable::BinaryToString(const std::string& name, unsigned int value,
                                           std::string& text) {
-  const auto* const row =
-      std::find_if(std::begin(kConvertTable), std::end(kConvertTable),
-                   [&](const CTableElement& r) { return r.name == name && r.byteValue == value; });
-  if (row == std::end(kConvertTable)) return false;
-  text = row->text;
+  const std::string_view found = ToUser(name, value).name;
+  if (found.empty()) return false;
+  text = found;
   return true;
 }
 
+CUserValue CCommandConvertTable::ToUser(std::string_view name, unsigned int value) {
+  const Conversion& conversion = kConversions[name];
+  for (const CTableElement& row : conversion) {
+    if (row.byteValue == value) return {row.text, 0};
+  }
+  return {{}, static_cast<int>(value + conversion.offset)};
+}
+
 int CCommandConvertTable::CorrectValue(const std::string& name, unsigned int value) {
-  return static_cast<int>(value + Offset(name));
+  return static_cast<int>(value + kConversions[name].offset);
 }
 
 int CCommandConvertTable::InverseCorrectValue(const std::string& name, unsigned int value) {
-  return static_cast<int>(value - Offset(name));
+  return static_cast<int>(value - kConversions[name].offset);
 }
 
 }  // namespace Ravik

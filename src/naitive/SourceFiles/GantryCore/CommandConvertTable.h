@@ -28,6 +28,12 @@ struct CCorrectElement {
 extern const CTableElement kConvertTable[49];
 extern const CCorrectElement kCorrectTable[8];
 
+// A printer's number as the user sees it.
+struct CUserValue {
+  std::string_view name;  // the named value that the number stands for; empty if there is none
+  int number;             // without a name: the number in the user's scale
+};
+
 // Translates between the two forms of a setting; the same for every printer family. Names and texts
 // are compared whole and in case.
 class CCommandConvertTable {
@@ -35,6 +41,9 @@ class CCommandConvertTable {
   // False, with the out-parameter left alone, if the parameter has no such text or number.
   static bool StringToBinary(const std::string& name, const std::string& text, unsigned int& value);
   static bool BinaryToString(const std::string& name, unsigned int value, std::string& text);
+
+  // BinaryToString and, without a name, CorrectValue.
+  static CUserValue ToUser(std::string_view name, unsigned int value);
 
   // From the printer's number to the user's, and back; unchanged for a parameter without a scale of
   // its own. 32-bit arithmetic that wraps around.
