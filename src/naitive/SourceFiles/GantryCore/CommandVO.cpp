@@ -10,8 +10,8 @@ CommandVO::CommandVO(const char* bytes, int length)
     : CommandVO(reinterpret_cast<const unsigned char*>(bytes), length) {}
 
 CommandVO& CommandVO::operator+=(const CommandVO& other) {
-  const std::vector<unsigned char> added(other.bytes_);
-  bytes_.insert(bytes_.end(), added.begin(), added.end());
+  if (&other == this) return *this += CommandVO(other);
+  bytes_.insert(bytes_.end(), other.bytes_.begin(), other.bytes_.end());
   return *this;
 }
 

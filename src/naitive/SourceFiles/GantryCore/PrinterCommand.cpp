@@ -6,15 +6,14 @@
 #include "GantryCore/CommandConvertTable.h"
 #include "GantryCore/DataConverter.h"
 #include "Library/RavikCommon/RavikAssert.h"
-#include "ModelInfomation/ModelInfomation.h"
+#include "ModelInfomation/DescriptorCache.h"
 
 namespace Ravik {
 
 namespace {
 
 constexpr std::size_t kVariablePartSize = 512;
-constexpr unsigned int kLengthFieldSize = 2;
-constexpr bool kLittleEndian = false;
+constexpr std::size_t kLengthFieldSize = 2;
 
 // ESC @ (reset), then ESC ( R with eight bytes: 00 and "REMOTE1".
 constexpr unsigned char kCmdRemoteStart[] = {0x1B, 0x40, 0x1B, 0x28, 0x52, 0x08, 0x00, 0x00,
@@ -31,34 +30,58 @@ unsigned int DefaultByte(const _t_COMMAND_INFOMATION& field) {
   return field.defaultValue & 0xFF;
 }
 
-std::vector<unsigned char> ConvertText(const value& parameter) {
-  if (!parameter.is<std::string>()) return {};
-  return CDataConverter::String2Byte(parameter.get<std::string>());
-}
-
-// The printer's number of a named value or of a number in the user's scale; false for a parameter
-// of another kind.
-bool ConvertNumber(const std::string& key, const value& parameter,
-                   const _t_COMMAND_INFOMATION& field, bool defaulted, unsigned int& number) {
-  if (parameter.is<std::string>()) {
-    number = DefaultByte(field);
-    CCommandConvertTable::StringToBinary(key, parameter.get<std::string>(), number);
-    return true;
-  }
-  if (!parameter.is<int>()) return false;
-  number = static_cast<unsigned int>(parameter.get<int>());
-  if (!defaulted) {
-    number = static_cast<unsigned int>(CCommandConvertTable::InverseCorrectValue(key, number));
-  }
-  return true;
-}
-
-void CopyToField(const std::vector<unsigned char>& bytes, const _t_COMMAND_INFOMATION& field,
+// Copies what the field and the variable part have room for.
+void CopyToField(const unsigned char* bytes, std::size_t size, const _t_COMMAND_INFOMATION& field,
                  std::vector<unsigned char>& part) {
   if (field.position >= part.size()) return;
   const std::size_t room = std::min<std::size_t>(field.length, part.size() - field.position);
-  std::copy_n(bytes.begin(), std::min(bytes.size(), room),
+  std::copy_n(bytes, std::min(size, room),
               part.begin() + static_cast<std::ptrdiff_t>(field.position));
+}
+
+// These write one parameter and return the length of what it was converted to.
+
+std::size_t WriteText(const value* parameter, const _t_COMMAND_INFOMATION& field,
+                      std::vector<unsigned char>& part) {
+  if (parameter == nullptr || !parameter->is<std::string>()) return 0;
+  const auto& text = parameter->get<std::string>();
+  CopyToField(reinterpret_cast<const unsigned char*>(text.data()), text.size(), field, part);
+  return text.size();
+}
+
+std::size_t WriteHex(const value& parameter, const _t_COMMAND_INFOMATION& field,
+                     std::vector<unsigned char>& part) {
+  const auto bytes = CDataConverter::Ascii2Byte(parameter.get<std::string>());
+  CopyToField(bytes.data(), bytes.size(), field, part);
+  return bytes.size();
+}
+
+// Little-endian, with zeros, which the part holds already, behind the fourth byte.
+std::size_t WriteNumber(unsigned int number, const _t_COMMAND_INFOMATION& field,
+                        std::vector<unsigned char>& part) {
+  unsigned char bytes[sizeof number];
+  for (unsigned char& byte : bytes) {
+    byte = static_cast<unsigned char>(number & 0xFF);
+    number >>= 8;
+  }
+  CopyToField(bytes, sizeof bytes, field, part);
+  return field.length;
+}
+
+// The printer's number of a named value or of a number in the user's scale; the default without a
+// parameter. False for a parameter of another kind.
+bool ConvertNumber(const std::string& key, const value* parameter,
+                   const _t_COMMAND_INFOMATION& field, unsigned int& number) {
+  number = DefaultByte(field);
+  if (parameter == nullptr) return true;
+  if (parameter->is<std::string>()) {
+    CCommandConvertTable::StringToBinary(key, parameter->get<std::string>(), number);
+    return true;
+  }
+  if (!parameter->is<int>()) return false;
+  number = static_cast<unsigned int>(CCommandConvertTable::InverseCorrectValue(
+      key, static_cast<unsigned int>(parameter->get<int>())));
+  return true;
 }
 
 }  // namespace
@@ -67,23 +90,25 @@ bool CPrinterCommand::Set(const std::string& deviceName, COMMAND_KEY key,
                           const ParameterMapVO& parameters) {
   key_ = key;
   device_name_ = deviceName;
-  CommandInfoVO info;
-  if (!CModelInfomation::GetInstance().ReadCommandInfo(deviceName, key, info)) return false;
-  is_sv_ = info.isSVCmd;
-  is_remote_ = info.isRemote;
-  is_bgjc_ = info.isBGJC;
-  return SetCommand(parameters, info);
+  const CommandInfoVO* const info = DescriptorCache::GetInstance().CommandInfo(deviceName, key);
+  if (info == nullptr) return false;
+  is_sv_ = info->isSVCmd;
+  is_remote_ = info->isRemote;
+  is_bgjc_ = info->isBGJC;
+  return SetCommand(parameters, *info);
 }
 
 bool CPrinterCommand::SetCommand(const ParameterMapVO& parameters, const CommandInfoVO& info) {
   command_.clear();
   const std::vector<unsigned char> part = MakeVariablePart(parameters, info);
-  const std::vector<unsigned char> length = CDataConverter::Integer2Byte(
-      static_cast<unsigned int>(info.format.size() + part.size()), kLengthFieldSize, kLittleEndian);
   if (part.empty()) return false;
-  for (const auto* bytes : {&info.command, &length, &info.format, &part}) {
-    command_.insert(command_.end(), bytes->begin(), bytes->end());
-  }
+  const std::size_t length = info.format.size() + part.size();
+  command_.reserve(info.command.size() + kLengthFieldSize + length);
+  command_.insert(command_.end(), info.command.begin(), info.command.end());
+  command_.push_back(static_cast<unsigned char>(length & 0xFF));
+  command_.push_back(static_cast<unsigned char>(length >> 8 & 0xFF));
+  command_.insert(command_.end(), info.format.begin(), info.format.end());
+  command_.insert(command_.end(), part.begin(), part.end());
   return true;
 }
 
@@ -92,27 +117,25 @@ std::vector<unsigned char> CPrinterCommand::MakeVariablePart(const ParameterMapV
   std::vector<unsigned char> part(kVariablePartSize);
   std::size_t total = 0;
   for (const auto& [key, field] : info.valueInfo) {
-    value parameter(static_cast<int>(DefaultByte(field)));
-    const bool defaulted = !parameters.find(key, parameter);
-    std::vector<unsigned char> bytes;
+    const value* const parameter = parameters.first(key);
     unsigned int number = 0;
     switch (field.valueType) {
       case VALUE_TEXT:
-        bytes = ConvertText(parameter);
+        total += WriteText(parameter, field, part);
         break;
       case VALUE_HEX:
-        RAVIK_ASSERT(parameter.is<std::string>());
-        bytes = CDataConverter::Ascii2Byte(parameter.get<std::string>());
+        if (parameter == nullptr || !parameter->is<std::string>()) {
+          ReportAssertion("parameter.is<std::string>()", __func__, __FILE__, __LINE__);
+        }
+        total += WriteHex(*parameter, field, part);
         break;
       case VALUE_INTEGER:
-        if (!ConvertNumber(key, parameter, field, defaulted, number)) RAVIK_ASSERT(false);
-        bytes = CDataConverter::Integer2Byte(number, field.length, kLittleEndian);
+        if (!ConvertNumber(key, parameter, field, number)) RAVIK_ASSERT(false);
+        total += WriteNumber(number, field, part);
         break;
       default:
         RAVIK_ASSERT(false);
     }
-    CopyToField(bytes, field, part);
-    total += bytes.size();
   }
   part.resize(total);
   return part;
