@@ -4,13 +4,19 @@
 // Input: the URL-encoded request line; the name of a plug-in call that fails, or any other text;
 // then the port's answers, the first of them also the status text. Each ends in a backslash and a
 // character that is none. Taken from the end: the length that the plug-in tells of an answer.
+#include <picojson.h>
+
 #include <algorithm>
+#include <climits>
+#include <cmath>
 #include <initializer_list>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
-#include "NativeProcess/JsonReader.h"
 #include "NativeProcess/PrinterProcess.h"
+#include "NativeProcess/RequestReader.h"
 #include "NativeProcess/URLDecoder.h"
 #include "NativeProcess/URLEncoder.h"
 #include "fuzz/Fuzz.h"
@@ -58,19 +64,67 @@ void CheckEncoding(const std::string& line) {
   FUZZ_CHECK(URLDecoder::decode(URLEncoder::encode(line)) == line.substr(0, line.find('\0')));
 }
 
+template <typename Kept>
+bool Equals(const std::optional<Kept>& kept, const picojson::value& member) {
+  return kept ? member.is<Kept>() && member.get<Kept>() == *kept : !member.is<Kept>();
+}
+
+// Whether the texts are those of an array's elements.
+bool AreTexts(const std::optional<std::vector<std::string>>& texts, const picojson::value& member) {
+  if (!texts || !member.is<picojson::array>()) return !texts && !member.is<picojson::array>();
+  std::vector<std::string> expected;
+  for (const picojson::value& element : member.get<picojson::array>()) {
+    if (element.is<std::string>()) expected.push_back(element.get<std::string>());
+  }
+  return *texts == expected;
+}
+
+// What a processor makes of a number beyond 32 bits is the smallest integer.
+int Truncated(double number) {
+  const double whole = std::trunc(number);
+  return std::abs(whole + 0.5) < 2147483648.0 ? static_cast<int>(whole) : INT_MIN;
+}
+
+bool AreParameters(const std::optional<Ravik::RequestMembers::Parameters>& parameters,
+                   const picojson::value& member) {
+  if (!parameters || !member.is<picojson::object>()) {
+    return !parameters && !member.is<picojson::object>();
+  }
+  Ravik::RequestMembers::Parameters expected;
+  for (const auto& [key, value] : member.get<picojson::object>()) {
+    if (value.is<std::string>()) expected.emplace_back(key, value.get<std::string>());
+    if (value.is<double>()) expected.emplace_back(key, Truncated(value.get<double>()));
+  }
+  return *parameters == expected;
+}
+
+void CheckMembers(const Ravik::RequestMembers& members, const picojson::value& request) {
+  FUZZ_CHECK(Equals(members.command, request.get("Command")));
+  FUZZ_CHECK(Equals(members.printer_name, request.get("PrinterName")));
+  FUZZ_CHECK(Equals(members.device_name, request.get("DeviceName")));
+  FUZZ_CHECK(Equals(members.file_path, request.get("FilePath")));
+  FUZZ_CHECK(AreTexts(members.parameter_texts, request.get("Parameter")));
+  FUZZ_CHECK(AreParameters(members.parameters, request.get("Parameter")));
+}
+
 // A line holds fewer objects inside one another than are read, so that every text is read as by
-// picojson alone.
+// picojson alone, which makes a tree of it.
 void CheckReading(const std::string& text) {
   picojson::value expected;
-  picojson::value read;
   std::istringstream stream(text);
   bool is_read = false;
   try {
-    is_read = picojson::parse(expected, stream).empty();
+    is_read = picojson::parse(expected, stream).empty() && !expected.is<picojson::null>();
   } catch (const std::overflow_error&) {  // a number beyond a double's range
   }
-  FUZZ_CHECK(Ravik::ReadJson(text, read) == is_read);
-  FUZZ_CHECK(!is_read || read == expected);
+  Ravik::RequestMembers members;
+  try {
+    FUZZ_CHECK(Ravik::ReadRequest(text, members) == is_read);
+    if (is_read) CheckMembers(members, expected);
+  } catch (const std::runtime_error& error) {
+    FUZZ_CHECK(is_read && !expected.is<picojson::object>());
+    FUZZ_CHECK(std::string(error.what()) == "is<object>()");
+  }
 }
 
 bool Succeed(std::initializer_list<const char*> calls) {

@@ -53,6 +53,8 @@ TEST(ParsePicojson, ReadsParametersOfEveryKind) {
       {R"({"a":true,"b":null,"c":[1],"d":{"e":1},"f":1})", R"({"f":1})"},
       {R"({"a":"é\u7d19\n","":1})", "{\"\":1,\"a\":\"é紙\\n\"}"},
       {R"({"a":1,"b":[{"a":2}],"a":"last","b":3})", R"({"a":"last","b":3})"},
+      {R"({"b":1,"a":2,"b":null,"c":"x","a":[3],"c":4})", R"({"c":4})"},
+      {R"([1],"Parameter":{"a":1},"Parameter":{"b":2})", R"({"b":2})"},
       {"{\"\xff\xc3\":\"\xed\xa0\x80\\u0001\"}", "{\"\xff\xc3\":\"\xed\xa0\x80\x01\"}"},
       {NestedArrays(100), "{}"},
       {NestedObjects(2047), "{}"},
@@ -62,7 +64,9 @@ TEST(ParsePicojson, ReadsParametersOfEveryKind) {
 
 TEST(ParsePicojson, RefusesWhatIsNotARequest) {
   for (const std::string& parameter :
-       {std::string(), std::string(R"({"a":1e999})"), std::string(R"({"a":"\ud800"})"),
+       {std::string(), std::string(R"({"a":1e999})"), std::string(R"({},"x":[1e999])"),
+        std::string(R"({},"Parameter":null)"), std::string(R"({},"Command":null)"),
+        std::string(R"({},"x":tru)"), std::string(R"({"a":"\ud800"})"),
         std::string(R"({"a":"\udc00\ud800"})"), std::string(R"({"a":"\ud800\u0041"})"),
         std::string("{\"a\":\"\x01\"}"), NestedArrays(101), NestedArrays(100000),
         NestedObjects(2048), NestedObjects(100000), Times(100000, "["), Times(100000, "{\"a\":"),

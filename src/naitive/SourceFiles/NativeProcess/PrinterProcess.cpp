@@ -2,67 +2,54 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <ctime>
-#include <limits>
+#include <optional>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Library/RavikCommon/RavikAssert.h"
 #include "Library/RavikCommon/RavikTemplate.h"
 #include "ModelInfomation/ParameterName.h"
-#include "NativeProcess/JsonReader.h"
+#include "NativeProcess/RequestReader.h"
 #include "printer_control/PrinterController.h"
 
 namespace Ravik {
 
 namespace {
 
-const std::string kCommand = "Command";
-const std::string kPrinterName = "PrinterName";
-const std::string kDeviceName = "DeviceName";
-const std::string kParameter = "Parameter";
-const std::string kReply = "Reply";
-const std::string kFilePath = "FilePath";
-const std::string kGetPrinterList = "GetPrinterList";
-const std::string kGetStatusReply = "GetStatusReply";
-const std::string kOpenHelpFile = "OpenHelpFile";
-const std::string kGetFWVersion = "GetFWVersion";
+constexpr char kPrinterName[] = "PrinterName";
+constexpr char kDeviceName[] = "DeviceName";
+constexpr char kReply[] = "Reply";
+constexpr char kFilePath[] = "FilePath";
+constexpr std::string_view kGetPrinterList = "GetPrinterList";
+constexpr std::string_view kGetStatusReply = "GetStatusReply";
+constexpr std::string_view kOpenHelpFile = "OpenHelpFile";
+constexpr std::string_view kGetFWVersion = "GetFWVersion";
 
 const std::string kCommandVersion = "CommandVersion";
 const std::string kInitializeCustomMedia = "InitializeCustomMedia";
 
-// Truncation toward zero; what lies outside 32 bits becomes the smallest number.
-int ToInteger(double number) {
-  constexpr double kTooSmall = -2147483649.0;
-  constexpr double kTooLarge = 2147483648.0;
-  const bool fits = number > kTooSmall && number < kTooLarge;
-  return fits ? static_cast<int>(number) : std::numeric_limits<int>::min();
-}
-
 // The status figures asked for, as keys without values.
-bool InsertStatusKeys(const picojson::value& keys, ParameterMapVO& params) {
-  if (!keys.is<picojson::array>()) return false;
-  for (const picojson::value& key : keys.get<picojson::array>()) {
-    if (key.is<std::string>()) params.insert(key.get<std::string>());
-  }
+bool InsertStatusKeys(std::optional<std::vector<std::string>>& keys, ParameterMapVO& params) {
+  if (!keys) return false;
+  std::sort(keys->begin(), keys->end());  // a map takes them at its end
+  for (const std::string& key : *keys) params.insert(key);
   return true;
 }
 
-bool InsertParameters(const picojson::value& members, ParameterMapVO& params) {
-  if (!members.is<picojson::object>()) return false;
-  for (const auto& [key, member] : members.get<picojson::object>()) {
-    if (member.is<double>()) {
-      params.insert(key, ToInteger(member.get<double>()));
-    } else if (member.is<std::string>()) {
-      params.insert(key, member.get<std::string>());
-    }
-  }
+bool InsertParameters(std::optional<RequestMembers::Parameters>& members, ParameterMapVO& params) {
+  if (!members) return false;
+  params.reserve(members->size());
+  for (auto& [key, parameter] : *members) params.insert(key, std::move(parameter));
   return true;
 }
 
-bool InsertFilePath(const picojson::value& path, ParameterMapVO& params) {
-  if (!path.is<std::string>()) return false;
-  params.insert(kFilePath, path.get<std::string>());
+bool InsertFilePath(const std::optional<std::string>& path, ParameterMapVO& params) {
+  if (!path) return false;
+  params.insert(kFilePath, *path);
   return true;
 }
 
@@ -92,58 +79,71 @@ APPLICATION_ERROR AwaitAgreement(Reading reading) {
   return ERROR_TRANSFER;
 }
 
+void AppendAnswer(const std::string& command, const ParameterMapVO& reply, long code,
+                  std::string& answer) {
+  answer.append("{\"").append(command).append("\":").append(std::to_string(code));
+  if (code == 0 && reply.size() != 0) {
+    answer.append(",\"").append(kReply).append("\":");
+    reply.appendJson(answer);
+  }
+  answer += '}';
+}
+
 }  // namespace
 
 const std::map<std::string, PrinterProcess::Handler> PrinterProcess::NativeProcessFunction =
-    TCreateMap<std::string, PrinterProcess::Handler>(kGetPrinterList, GetPrinterList)(
-        kGetStatusReply, GetPrinterStatus)("GetCustomMediaName", GetCustomMediaName)(
+    TCreateMap<std::string, PrinterProcess::Handler>(std::string(kGetPrinterList), GetPrinterList)(
+        std::string(kGetStatusReply), GetPrinterStatus)("GetCustomMediaName", GetCustomMediaName)(
         "GetCustomMediaInfo", GetCustomMediaInfo)("SetCustomMediaInfo", SetCustomMediaInfo)(
-        "SetMediaInitialize", SetMediaInitialize)(kGetFWVersion, GetFWVersion);
+        "SetMediaInitialize", SetMediaInitialize)(std::string(kGetFWVersion), GetFWVersion);
 
-long PrinterProcess::doFunction(const std::string& request, std::ostream& out) {
+long PrinterProcess::Answer(const std::string& request, std::string& answer) {
   PrinterVO printer;
   ParameterMapVO params;
   ParameterMapVO reply;
   std::string command;
   if (!ParsePicojson(request, command, printer, params)) {
-    out << "syntax error";
+    answer += "syntax error";
     return -1;
   }
+  const auto function = NativeProcessFunction.find(command);
   long code = -1;
   try {
-    code = NativeProcessFunction.at(command)(printer, params, reply);
+    if (function != NativeProcessFunction.end()) code = function->second(printer, params, reply);
   } catch (const std::out_of_range&) {
     code = -1;
   }
-  PrintJson(command, reply, code, out);
+  AppendAnswer(command, reply, code, answer);
+  return code;
+}
+
+long PrinterProcess::doFunction(const std::string& request, std::ostream& out) {
+  std::string answer;
+  const long code = Answer(request, answer);
+  out << answer;
   return code;
 }
 
 bool PrinterProcess::ParsePicojson(const std::string& request, std::string& command,
                                    PrinterVO& printer, ParameterMapVO& params) {
-  picojson::value json;
-  if (!ReadJson(request, json) || json.is<picojson::null>()) return false;
-  const picojson::value& name = json.get(kCommand);
-  if (!name.is<std::string>()) return false;
-  command = name.get<std::string>();
+  RequestMembers members;
+  if (!ReadRequest(request, members) || !members.command) return false;
+  command = *std::move(members.command);
   if (command == kGetPrinterList) return true;
-  if (command == kOpenHelpFile) return InsertFilePath(json.get(kFilePath), params);
+  if (command == kOpenHelpFile) return InsertFilePath(members.file_path, params);
 
-  const picojson::value& printerName = json.get(kPrinterName);
-  const picojson::value& deviceName = json.get(kDeviceName);
-  if (!printerName.is<std::string>() || !deviceName.is<std::string>()) return false;
-  printer.setPrinter(printerName.get<std::string>(), deviceName.get<std::string>());
+  if (!members.printer_name || !members.device_name) return false;
+  printer.setPrinter(*std::move(members.printer_name), *std::move(members.device_name));
   if (command == kGetFWVersion) return true;
-  const picojson::value& parameter = json.get(kParameter);
-  return command == kGetStatusReply ? InsertStatusKeys(parameter, params)
-                                    : InsertParameters(parameter, params);
+  return command == kGetStatusReply ? InsertStatusKeys(members.parameter_texts, params)
+                                    : InsertParameters(members.parameters, params);
 }
 
 void PrinterProcess::PrintJson(const std::string& command, const ParameterMapVO& reply, long code,
                                std::ostream& out) {
-  out << "{\"" << command << "\":" << code;
-  if (code == 0 && reply.size() != 0) out << ",\"" << kReply << "\":" << reply;
-  out << '}';
+  std::string answer;
+  AppendAnswer(command, reply, code, answer);
+  out << answer;
 }
 
 long PrinterProcess::GetPrinterList(const PrinterVO& /*printer*/, const ParameterMapVO& /*in*/,

@@ -22,11 +22,14 @@ class PrinterProcess {
   // The handlers by command name.
   static const std::map<std::string, Handler> NativeProcessFunction;
 
-  // Runs one decoded request, a JSON object (RFC 8259), and writes its answer, without a line
-  // break, to out. Returns the answer's code; -1 also for a request that is not well formed, which
-  // is answered "syntax error".
+  // Runs one decoded request, a JSON object (RFC 8259), and appends its answer, without a line
+  // break, to answer. Returns the answer's code; -1 also for a request that is not well formed,
+  // which is answered "syntax error".
   // Throws std::runtime_error for a request whose JSON value is no object, and whatever but
-  // std::out_of_range a handler throws; nothing is written then.
+  // std::out_of_range a handler throws; nothing is appended then.
+  static long Answer(const std::string& request, std::string& answer);
+
+  // The same, with the answer written to out.
   static long doFunction(const std::string& request, std::ostream& out);
 
   // Takes a request apart. True when it is well formed for its command, known or not. The

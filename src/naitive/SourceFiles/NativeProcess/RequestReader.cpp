@@ -1,0 +1,251 @@
+#include "NativeProcess/RequestReader.h"
+
+#include <picojson.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <stdexcept>
+#include <string_view>
+
+namespace Ravik {
+
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+// What may still be opened inside one another.
+struct Nesting {
+  int arrays = kMaximumArrayDepth;
+  int objects = kMaximumObjectDepth;
+};
+
+// Where in the text picojson's parser reads.
+struct Position {
+  using Input = picojson::input<Position>;
+
+  const char* at;
+  const char* end;
+
+  char operator*() const { return *at; }
+  Position& operator++() {
+    ++at;
+    return *this;
+  }
+  bool operator==(const Position& other) const { return at == other.at; }
+};
+
+// What picojson's parser calls for every text and key. Takes the characters up to the first one
+// that means something at once; from there on the library's own function does the work.
+bool _parse_string(std::string& text, Position::Input& in) {
+  const auto is_plain = [](char c) {
+    return static_cast<unsigned char>(c) >= ' ' && c != '"' && c != '\\';
+  };
+  const Position begin = in.cur();
+  const char* const plain_end = std::find_if_not(begin.at, begin.end, is_plain);
+  text.append(begin.at, plain_end);
+  in = Position::Input({plain_end, begin.end}, {begin.end, begin.end});
+  return picojson::_parse_string<std::string, Position>(text, in);
+}
+
+// picojson's parser tells a context what one value consists of. This one keeps nothing of it; those
+// below keep what is asked for.
+class ValueContext {
+ public:
+  explicit ValueContext(Nesting nesting) : nesting_(nesting) {}
+
+  static bool set_null() { return true; }
+  static bool set_bool(bool /*boolean*/) { return true; }
+
+  // The parser asks for no result.
+  static void set_number(double number) {
+    if (!std::isfinite(number)) throw std::overflow_error("a number beyond a double's range");
+  }
+
+  static bool parse_string(Position::Input& in) {
+    struct {
+      void push_back(int /*character*/) {}
+    } nothing;
+    return picojson::_parse_string(nothing, in);
+  }
+
+  bool parse_array_start() { return nesting_.arrays-- > 0; }
+  static bool parse_array_stop(std::size_t /*size*/) { return true; }
+  // picojson counts arrays alone, and opens nothing inside the last one.
+  bool parse_object_start() { return nesting_.arrays > 0 && nesting_.objects-- > 0; }
+  static bool parse_object_stop() { return true; }
+
+  bool parse_array_item(Position::Input& in, std::size_t /*index*/) const {
+    return Parse(ValueContext(nesting_), in);
+  }
+
+  bool parse_object_item(Position::Input& in, const std::string& /*key*/) const {
+    return Parse(ValueContext(nesting_), in);
+  }
+
+ protected:
+  Nesting nesting() const { return nesting_; }
+
+  template <typename Context>
+  static bool Parse(Context&& context, Position::Input& in) {
+    return picojson::_parse(context, in);
+  }
+
+ private:
+  Nesting nesting_;
+};
+
+// Keeps a text.
+class TextContext : public ValueContext {
+ public:
+  TextContext(Nesting nesting, std::optional<std::string>& text)
+      : ValueContext(nesting), text_(text) {
+    text_.reset();
+  }
+
+  bool parse_string(Position::Input& in) { return _parse_string(text_.emplace(), in); }
+
+ private:
+  std::optional<std::string>& text_;
+};
+
+int ToInteger(double number) {
+  constexpr double kTooSmall = -2147483649.0;
+  constexpr double kTooLarge = 2147483648.0;
+  const bool fits = number > kTooSmall && number < kTooLarge;
+  return fits ? static_cast<int>(number) : std::numeric_limits<int>::min();
+}
+
+// Keeps a number or a text; any other value is null.
+class ParameterContext : public ValueContext {
+ public:
+  ParameterContext(Nesting nesting, value& parameter)
+      : ValueContext(nesting), parameter_(parameter) {}
+
+  void set_number(double number) {
+    ValueContext::set_number(number);
+    parameter_ = value(ToInteger(number));
+  }
+
+  bool parse_string(Position::Input& in) {
+    std::string text;
+    if (!_parse_string(text, in)) return false;
+    parameter_ = value(std::move(text));
+    return true;
+  }
+
+ private:
+  value& parameter_;
+};
+
+// Keeps what commands take as "Parameter".
+class ParametersContext : public ValueContext {
+ public:
+  ParametersContext(Nesting nesting, RequestMembers& members)
+      : ValueContext(nesting), members_(members) {
+    members_.parameter_texts.reset();
+    members_.parameters.reset();
+  }
+
+  bool parse_array_start() {
+    members_.parameter_texts.emplace();
+    return ValueContext::parse_array_start();
+  }
+
+  bool parse_array_item(Position::Input& in, std::size_t /*index*/) {
+    std::optional<std::string> text;
+    if (!Parse(TextContext(nesting(), text), in)) return false;
+    if (text) members_.parameter_texts->push_back(*std::move(text));
+    return true;
+  }
+
+  bool parse_object_start() {
+    constexpr std::size_t kUsual = 8;  // most requests get along with one block of memory
+    members_.parameters.emplace().reserve(kUsual);
+    return ValueContext::parse_object_start();
+  }
+
+  bool parse_object_item(Position::Input& in, const std::string& key) {
+    auto& [name, parameter] = members_.parameters->emplace_back(key, value());
+    return Parse(ParameterContext(nesting(), parameter), in);
+  }
+
+ private:
+  RequestMembers& members_;
+};
+
+class RequestContext : public ValueContext {
+ public:
+  explicit RequestContext(RequestMembers& members) : ValueContext({}), members_(members) {}
+
+  bool IsNull() const { return is_null_; }
+  bool IsObject() const { return is_object_; }
+
+  bool set_null() {
+    is_null_ = true;
+    return true;
+  }
+
+  bool parse_object_start() {
+    is_object_ = true;
+    return ValueContext::parse_object_start();
+  }
+
+  bool parse_object_item(Position::Input& in, std::string_view key) {
+    if (key == "Command"sv) return Parse(TextContext(nesting(), members_.command), in);
+    if (key == "PrinterName"sv) return Parse(TextContext(nesting(), members_.printer_name), in);
+    if (key == "DeviceName"sv) return Parse(TextContext(nesting(), members_.device_name), in);
+    if (key == "FilePath"sv) return Parse(TextContext(nesting(), members_.file_path), in);
+    if (key == "Parameter"sv) return Parse(ParametersContext(nesting(), members_), in);
+    return Parse(ValueContext(nesting()), in);
+  }
+
+ private:
+  RequestMembers& members_;
+  bool is_null_ = false;
+  bool is_object_ = false;
+};
+
+// Puts the parameters in the order of their keys, and drops those that are null or given again
+// later. What is in order already, as hosts mostly send it, is left where it is.
+void Arrange(RequestMembers::Parameters& parameters) {
+  const auto is_before = [](const auto& left, const auto& right) {
+    return left.first < right.first;
+  };
+  const auto is_not_before = [](const auto& left, const auto& right) {
+    return left.first >= right.first;
+  };
+  if (std::adjacent_find(parameters.begin(), parameters.end(), is_not_before) != parameters.end()) {
+    std::stable_sort(parameters.begin(), parameters.end(), is_before);
+    const auto is_same = [](const auto& left, const auto& right) {
+      return left.first == right.first;
+    };
+    // From behind, the last one of a key comes first.
+    const auto begin = std::unique(parameters.rbegin(), parameters.rend(), is_same).base();
+    parameters.erase(parameters.begin(), begin);
+  }
+  const auto is_null = [](const auto& parameter) {
+    return !parameter.second.template is<int>() && !parameter.second.template is<std::string>();
+  };
+  parameters.erase(std::remove_if(parameters.begin(), parameters.end(), is_null), parameters.end());
+}
+
+}  // namespace
+
+bool ReadRequest(const std::string& text, RequestMembers& members) {
+  const char* const end = text.data() + text.size();
+  Position::Input in({text.data(), end}, {end, end});
+  RequestContext context(members);
+  try {
+    if (!picojson::_parse(context, in)) return false;
+  } catch (const std::overflow_error&) {
+    return false;
+  }
+  if (context.IsNull()) return false;
+  if (!context.IsObject()) throw std::runtime_error("is<object>()");
+  if (members.parameters) Arrange(*members.parameters);
+  return true;
+}
+
+}  // namespace Ravik
