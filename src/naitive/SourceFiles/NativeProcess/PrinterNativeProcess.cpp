@@ -1,9 +1,11 @@
 // The worker: one URL-encoded request a line on standard input, one answer each on standard output.
+#include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
-#include <iostream>
 #include <string>
 
+#include "NativeProcess/HostChannel.h"
 #include "NativeProcess/PrinterProcess.h"
 #include "NativeProcess/StandardStreams.h"
 #include "NativeProcess/URLDecoder.h"
@@ -14,14 +16,16 @@ int main() {
   Ravik::Termination::CatchSignals();
   // What meets the limit of file sizes fails with EFBIG, as on a full disk.
   std::signal(SIGXFSZ, SIG_IGN);
-  std::ios::sync_with_stdio(false);
+  Ravik::HostChannel host(STDIN_FILENO, STDOUT_FILENO);
   long result = 1;
-  for (std::string line; std::getline(std::cin, line); line.clear()) {
+  std::string answer;
+  for (std::string line; host.ReadLine(line);) {
     if (line.empty()) continue;
-    result = Ravik::PrinterProcess::doFunction(URLDecoder::decode(line), std::cout);
+    answer.clear();
+    result = Ravik::PrinterProcess::Answer(URLDecoder::decode(line), answer);
     // A host that keeps the worker running waits for this answer. One that cannot get it is not to
     // find its further requests done.
-    if (!std::cout.flush()) return Ravik::LoseAnswer(errno);
+    if (!host.Write(answer)) return Ravik::LoseAnswer(errno);
   }
   return static_cast<int>(result);
 }

@@ -1,0 +1,75 @@
+// Lines from the host and answers to it, over real descriptors.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "NativeProcess/HostChannel.h"
+
+namespace {
+
+using Ravik::HostChannel;
+using Lines = std::vector<std::string>;
+
+Lines ReadAll(int descriptor) {
+  HostChannel host(descriptor, -1);
+  Lines lines;
+  for (std::string line; host.ReadLine(line);) lines.push_back(line);
+  std::string line;
+  EXPECT_FALSE(host.ReadLine(line)) << "the end stays the end";
+  return lines;
+}
+
+Lines ReadFile(const std::string& content) {
+  std::FILE* const file = std::tmpfile();
+  std::fwrite(content.data(), 1, content.size(), file);
+  std::rewind(file);
+  const Lines lines = ReadAll(fileno(file));
+  std::fclose(file);
+  return lines;
+}
+
+TEST(HostChannel, ReadsLinesOfAnyLengthAndContent) {
+  EXPECT_EQ(ReadFile(""), Lines{});
+  EXPECT_EQ(ReadFile("\n"), Lines{""});
+  EXPECT_EQ(ReadFile("a\n\nb\r\nlast"), (Lines{"a", "", "b\r", "last"}));
+  const std::string zero("x\0y", 3);
+  EXPECT_EQ(ReadFile(zero + "\n" + zero), (Lines{zero, zero}));
+  // A line ends before, at and behind the end of a block, which is as long as a pipe.
+  for (const std::size_t size : {65534U, 65535U, 65536U, 65537U, 131072U, 1000000U}) {
+    const std::string line(size, 'l');
+    EXPECT_TRUE(ReadFile("a\n" + line + "\nb\n" + line) == (Lines{"a", line, "b", line})) << size;
+  }
+}
+
+TEST(HostChannel, DropsALineThatItCannotReadToItsEnd) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+  ASSERT_EQ(write(ends[1], "whole\nbroken", 12), 12);
+  EXPECT_EQ(ReadAll(ends[0]), Lines{"whole"});
+  close(ends[0]);
+  close(ends[1]);
+  EXPECT_EQ(ReadAll(-1), Lines{});
+}
+
+TEST(HostChannel, TellsWhyAnAnswerIsLost) {
+  const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+  EXPECT_FALSE(HostChannel(-1, full).Write("x"));
+  EXPECT_EQ(errno, ENOSPC);
+  close(full);
+  // A pipe takes a part of what is too long for it.
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+  EXPECT_FALSE(HostChannel(-1, ends[1]).Write(std::string(1000000, 'x') + '\n'));
+  EXPECT_EQ(errno, EAGAIN);
+  close(ends[1]);
+  const Lines taken = ReadAll(ends[0]);
+  EXPECT_TRUE(taken.size() == 1 && taken[0] == std::string(taken[0].size(), 'x'));
+  close(ends[0]);
+}
+
+}  // namespace
