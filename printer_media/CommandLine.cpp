@@ -1,0 +1,212 @@
+#include "printer_media/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <cstring>
+#include <exception>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "printer_media/Commands.h"
+#include "printer_media/Interruption.h"
+#include "printer_media/Suggestion.h"
+#include "printer_media/Text.h"
+
+namespace PrinterMedia {
+
+namespace {
+
+using Command = Exit (*)(Host&, const Options&);
+
+constexpr char kAbout[] =
+    "Reads and writes the media settings that large-format printers store.\n\n"
+    "A printer stores the settings of a medium as a numbered record; a record that is in use is\n"
+    "registered under a name. PRINTER is a name from `printer-media list`, RECORD a number or the\n"
+    "name of a registered record. Names are understood in upper and lower case.\n";
+
+constexpr char kFooter[] =
+    "\nTo begin with:\n"
+    "  printer-media list                                  which printers are there?\n"
+    "  printer-media names Studio                          which records does one have?\n"
+    "  printer-media get Studio Banner                     what is in one?\n"
+    "  printer-media set Studio Banner MediaSuction=5      change it\n"
+    "\n"
+    "`printer-media COMMAND --help` says more of a command; --json and --answer-time go with all.\n"
+    "Exit status: 0 done, 1 refused or not answered, 2 wrong usage, 3 no worker, 4 a file,\n"
+    "5 differences, 6 not confirmed.\n";
+
+// Adds the commands to the parser; the one that is given is in `chosen` afterwards.
+class Commands {
+ public:
+  Commands(CLI::App& app, Options& options) : app_(app), options_(options) {}
+
+  void AddReading() {
+    Add("list",
+        "List the printers and their device names, layouts, and whether they tell their "
+        "firmware version",
+        ListPrinters);
+    AddPrinter(
+        Add("status", "Show a printer's state, error, warnings and serial number", ShowStatus));
+    AddPrinter(Add("firmware", "Show a printer's firmware version", ShowFirmware));
+    AddPrinter(Add("names", "List the registered records of a printer", ListNames));
+    CLI::App* const get = Add("get", "Show the settings of a record", GetRecord);
+    AddRecord(get);
+    AddLayout(get);
+  }
+
+  void AddWriting() {
+    CLI::App* const set = Add("set", "Change settings of a record", SetRecord);
+    AddRecord(set);
+    set->add_option("NAME=VALUE", options_.assignments,
+                    "Settings and what they become; without any, the settings are listed");
+    AddLayout(set);
+    AddYes(set);
+    set->footer(
+        "\nThe record is read first, and what would change is shown. Settings that are not\n"
+        "given stay as they are. Names and values are checked before anything is sent.\n"
+        "Example: printer-media set Studio 3 PlatenGap=2.5 MediaTension=-5\n");
+    CLI::App* const init =
+        Add("init", "Reset a record, or all, to factory state", InitialiseRecords);
+    AddPrinter(init);
+    init->add_option("RECORD", options_.record, "Number or name of the record, or All")->required();
+    AddYes(init);
+  }
+
+  Command chosen() const { return chosen_; }
+
+ private:
+  CLI::App* Add(const std::string& name, const std::string& about, Command command) {
+    CLI::App* const added = app_.add_subcommand(name, about);
+    added->fallthrough();
+    added->callback([this, command] { chosen_ = command; });
+    return added;
+  }
+
+  void AddPrinter(CLI::App* command) {
+    command->add_option("PRINTER", options_.printer, "Name of the printer, as listed")->required();
+  }
+
+  void AddRecord(CLI::App* command) {
+    AddPrinter(command);
+    command->add_option("RECORD", options_.record, "Number or name of the record")->required();
+  }
+
+  void AddLayout(CLI::App* command) {
+    command->add_option("--layout", options_.layout,
+                        "Layout of the record: 0 (the usual one), 1, or 128 for the whole record "
+                        "as one block");
+  }
+
+  void AddYes(CLI::App* command) {
+    command->add_flag("--yes,-y", options_.is_agreed, "Do it without a question");
+  }
+
+  CLI::App& app_;
+  Options& options_;
+  Command chosen_ = nullptr;
+};
+
+void AddGlobal(CLI::App& app, Options& options) {
+  app.set_version_flag("--version", "printer-media " PRINTER_MEDIA_VERSION);
+  app.add_flag("--json", options.is_json, "Print JSON for programs");
+  app.add_option("--answer-time", options.answer_time_s,
+                 "Seconds that printers may take for an answer, which is timeout x (1 + retries) "
+                 "of their device URIs")
+      ->check(CLI::Range(0.001, 100000.0));
+  app.require_subcommand(1, 1);
+  for (const char* const label : {"REQUIRED", "TEXT", "INT", "FLOAT", "OPTIONS"}) {
+    app.get_formatter()->label(label, std::strcmp(label, "OPTIONS") == 0 ? "OPTION..." : "");
+  }
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("Subcommands", "Commands");
+  app.footer(kFooter);
+}
+
+void Report(const Failure& failure, bool is_json) {
+  std::cerr << "printer-media: " << Printable(failure.message()) << '\n';
+  if (!failure.advice().empty()) std::cerr << Printable(failure.advice()) << '\n';
+  if (is_json) std::cout << failure.Json() << '\n';
+}
+
+[[noreturn]] void EndInterrupted(const Interrupted& interruption) {
+  std::cerr << "\nprinter-media: interrupted";
+  if (!interruption.half_written.empty()) {
+    std::cerr << "; " << Printable(interruption.half_written)
+              << " may be written in part: read it to see";
+  }
+  std::cerr << std::endl;
+  std::cout.flush();
+  EndBySignal(interruption.signal());
+}
+
+Exit RunCommand(Command command, const Options& options) {
+  // Outlives the host, whose worker is to have ended before this process does.
+  std::optional<Interrupted> interruption;
+  try {
+    const auto answer_time = std::chrono::milliseconds(
+        static_cast<std::chrono::milliseconds::rep>(options.answer_time_s * 1000));
+    Host host(answer_time);
+    return command(host, options);
+  } catch (const Failure& failure) {
+    Report(failure, options.is_json);
+    return failure.status();
+  } catch (const Interrupted& signal) {
+    interruption = signal;
+  } catch (const std::exception& error) {
+    Report(Failure(Exit::kWorker, error.what()), options.is_json);
+    return Exit::kWorker;
+  }
+  EndInterrupted(*interruption);
+}
+
+// The names of the commands.
+std::vector<std::string> CommandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+    if (!command->get_group().empty()) names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// What the command line lacks, or the help that it asks for.
+int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) return app.exit(error);
+  const std::vector<std::string> words = app.remaining();
+  if (app.get_subcommands().empty() && !words.empty()) {
+    Report(
+        Failure(Exit::kUsage,
+                "there is no command " + Quoted(words[0]) + DidYouMean(words[0], CommandNames(app)),
+                "The commands are " + Listed(CommandNames(app)) + "; --help says more."),
+        false);
+  } else {
+    Report(Failure(Exit::kUsage, error.what(), "--help says more."), false);
+  }
+  return static_cast<int>(Exit::kUsage);
+}
+
+}  // namespace
+
+int Run(int argc, char* argv[]) {
+  CatchSignals();
+  Options options;
+  CLI::App app(kAbout, "printer-media");
+  AddGlobal(app, options);
+  Commands commands(app, options);
+  commands.AddReading();
+  commands.AddWriting();
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return ReportUsage(app, error);
+  }
+  const Exit status = RunCommand(commands.chosen(), options);
+  if (!std::cout.flush()) {
+    std::cerr << "printer-media: standard output cannot be written\n";
+    return static_cast<int>(Exit::kFile);
+  }
+  return static_cast<int>(status);
+}
+
+}  // namespace PrinterMedia

@@ -1,0 +1,20 @@
+// Which record somebody means.
+#ifndef PRINTER_MEDIA_RECORD_H_
+#define PRINTER_MEDIA_RECORD_H_
+
+#include <string>
+
+#include "printer_media/Host.h"
+
+namespace PrinterMedia {
+
+// The number of the record that text tells by its number, or by the name under which it is
+// registered, without regard to case. Throws Failure if none or several are meant.
+int RecordNumber(Host& host, const Printer& printer, const std::string& text);
+
+// `record 3 "Banner" of "Studio"`.
+std::string RecordTitle(const Printer& printer, int number, const std::string& name);
+
+}  // namespace PrinterMedia
+
+#endif  // PRINTER_MEDIA_RECORD_H_

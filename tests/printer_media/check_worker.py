@@ -1,0 +1,129 @@
+"""Whatever a worker does or answers, and what is known of families, against the documents."""
+
+import json
+import os
+import re
+import signal
+import sys
+import time
+import unittest
+
+from companion import SOURCES, Fake, listed
+
+STUDIO = listed("QM-R410 Series")
+STATUS = ["status", "QM-R410 Series"]
+
+# answer to GetStatusReply, exit status, texts that standard error holds
+ANSWERS = [
+    ("die", 3, ["ended with status 7", "GetStatusReply", "ZIOP: out of paper"]),
+    ("kill", 3, ["ended by signal 9"]),
+    ("syntax error", 3, ["did not understand"]),
+    ("syntax erro!", 3, ["cannot be read"]),
+    ("garbage", 3, ["cannot be read: garbage"]),
+    ('{"GetStatusReply":0}{', 3, ["cannot be read"]),
+    ('{"GetFWVersion":0}', 3, ["cannot be read"]),
+    ('{"GetStatusReply":"0"}', 3, ["cannot be read"]),
+    ('{"GetStatusReply":-99}', 1, ["result code -99"]),
+    ('{"GetStatusReply":0}', 0, []),
+    ('{"GetStatusReply":0,"Reply":{"SerialNumber":"\xe9\x01\\"}"}}', 0, []),
+]
+
+
+def document(name):
+    with open(os.path.join(SOURCES, "docs", name), encoding="utf-8") as file:
+        return file.read()
+
+
+class Worker(unittest.TestCase):
+    def fake(self, answers):
+        fake = Fake(answers)
+        self.addCleanup(fake.close)
+        return fake
+
+    def test_answers(self):
+        for answer, expected, texts in ANSWERS:
+            with self.subTest(answer):
+                fake = self.fake({"GetPrinterList": STUDIO, "GetStatusReply": answer})
+                status, _, errors = fake.run(*STATUS)
+                self.assertEqual(status, expected, errors)
+                for text in texts:
+                    self.assertIn(text, errors)
+                self.assertTrue(fake.worker_is_gone())
+        self.assertEqual(fake.json(*STATUS), {"SerialNumber": {"hex": 'E901227D'}})
+
+    def test_lists(self):
+        name = "Büro “3”"
+        raw = json.dumps({"GetPrinterList": 0, "Reply": {
+            "PrinterName": name, "DeviceName": "Plotter"}}, ensure_ascii=False)
+        fake = self.fake({"GetPrinterList": raw.encode().decode("latin-1")})
+        self.assertEqual(fake.json("list")[0]["name"], name)
+        status, _, errors = fake.run("get", name, "3")
+        self.assertEqual(status, 1)
+        self.assertIn("no model that the worker knows", errors)
+        status, output, errors = self.fake({"GetPrinterList": '{"GetPrinterList":0}'}).run("list")
+        self.assertEqual((status, output), (0, ""))
+        self.assertIn("No printers", errors)
+
+    def test_silence_ends(self):
+        for how in ("hang", "stubborn"):
+            fake = self.fake({"GetPrinterList": STUDIO, "GetStatusReply": how})
+            status, _, errors = fake.run(*STATUS, "--answer-time", "0.001")
+            self.assertEqual(status, 3)
+            self.assertIn("did not answer GetStatusReply in 5 seconds", errors)
+            self.assertTrue(fake.worker_is_gone())
+
+    def test_interruption(self):
+        record = {"DeviceID": 55, "CustomMediaNo": 3, "CommandVersion": 0, "MediaSuction": 4}
+        read = json.dumps({"GetCustomMediaInfo": 0, "Reply": record})
+        fake = self.fake({"GetPrinterList": STUDIO, "GetCustomMediaInfo": read,
+                          "GetStatusReply": "hang", "SetCustomMediaInfo": "stubborn"})
+        write = ["set", STATUS[1], "3", "MediaSuction=5", "-y"]
+        for words, sent, told in ((STATUS, signal.SIGTERM, "interrupted\n"),
+                                  (write, signal.SIGINT, "record 3 of \"QM-R410 Series\" may be")):
+            process = fake.start(*words)
+            time.sleep(1)
+            process.send_signal(sent)
+            _, errors = process.communicate(timeout=10)
+            self.assertEqual(process.returncode, -sent)
+            self.assertIn(told, errors.decode())
+            self.assertTrue(fake.worker_is_gone())
+
+    def test_every_result_code_is_explained(self):
+        codes = re.findall(r"^\| (-\d) \|", document("protocol.md"), re.M)
+        self.assertEqual(len(codes), 6)
+        for code in codes:
+            fake = self.fake({"GetPrinterList": STUDIO, "GetStatusReply": STUDIO.replace(
+                "GetPrinterList\": 0", "GetStatusReply\": " + code)})
+            status, _, errors = fake.run(*STATUS)
+            self.assertEqual(status, 1)
+            self.assertIn(f"(result code {code})\n", errors)
+            self.assertNotIn("does not say why", errors)
+
+    def test_families_are_those_of_the_document(self):
+        text = document("parameters.md")
+        devices = re.findall(r"^\| (`.*?`) \| ([0-9, ]+) \| (yes|no) \|$", text, re.M)
+        expected = {device: ([int(layout) for layout in layouts.split(",")], firmware == "yes")
+                    for names, layouts, firmware in devices
+                    for device in re.findall("`(.*?)`", names)}
+        fake = self.fake({"GetPrinterList": listed(*expected)})
+        got = {printer["device"]: (printer["layouts"], printer["firmware"])
+               for printer in fake.json("list")}
+        self.assertEqual(got, expected)
+
+    def test_settings_are_those_of_the_document(self):
+        sections = re.findall(r"^## Layout (\d+) of (\S+)$(.*?)(?=^## |\Z)",
+                              document("parameters.md"), re.M | re.S)
+        self.assertEqual(len(sections), 6)
+        for layout, model, section in sections:
+            device = model + " Series"
+            fake = self.fake({"GetPrinterList": listed(device)})
+            errors = fake.run("set", device, "3", "--layout", layout, "-y")[2]
+            rows = re.findall(r"^\| `(\w+)` \|.*\| (.*?) \|$", section, re.M)
+            expected = [name for name, _ in rows[3:] if not name.startswith("Reserv")]
+            self.assertEqual(re.findall(r"^  (\w+) ", errors, re.M), expected)
+            for name, values in rows[3:]:
+                for value in re.findall("`(.*?)`", values):
+                    self.assertRegex(errors, rf"(?m)^  {name} .*\b{re.escape(value)}\b")
+
+
+unittest.main(argv=sys.argv[:1])
