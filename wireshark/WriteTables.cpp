@@ -66,6 +66,7 @@ const char* TypeName(unsigned int type) {
 template <typename Fields, typename Describe>
 void WriteFields(std::ostream& out, const char* name, const Fields& fields, Describe describe) {
   std::vector<typename Fields::const_pointer> sorted;
+  sorted.reserve(fields.size());
   for (const auto& field : fields) sorted.push_back(&field);
   std::stable_sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) {
     return a->second.position < b->second.position;
