@@ -4,6 +4,7 @@ answers from memory, and the requests, each with the answer that it must get."""
 import json
 import os
 import pathlib
+import re
 import shutil
 import socket
 import subprocess
@@ -36,7 +37,7 @@ REQUESTS = {
 class Setting:
     """Temporary; use it with "with"."""
 
-    def __init__(self, build, other_printers=()):
+    def __init__(self, build):
         self.build = pathlib.Path(build)
         self.products = self.build / "bin"
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="bench"))
@@ -47,7 +48,7 @@ class Setting:
         self.printer = subprocess.Popen([self.program("prepared_printer"), teacher],
                                         stdout=subprocess.PIPE, text=True)
         self.port = int(self.printer.stdout.readline())
-        self.list([self.at_port(self.port, "&timeout=60000"), *other_printers])
+        self.list([self.at_port(self.port)])
         self.expected = self.answer(INFO)
 
     def __enter__(self):
@@ -63,7 +64,7 @@ class Setting:
         return str(self.build / "bench" / name)
 
     @staticmethod
-    def at_port(port, options=""):
+    def at_port(port, options="&timeout=60000"):
         return SimpleNamespace(name=NAME, model=MODEL, uri=f"socket://127.0.0.1?snmp={port}{options}")
 
     def list(self, printers):
@@ -98,6 +99,18 @@ class Setting:
                                check=False, env={"HOME": folder}, timeout=TIME_LIMIT_S)
             silent.settimeout(5)
             return silent.recv(65536)
+
+    def printer_time(self):
+        """Nanoseconds that the printer has spent on a processor."""
+        return int(pathlib.Path(f"/proc/{self.printer.pid}/schedstat").read_text().split()[0])
+
+    @staticmethod
+    def memory_of(process):
+        """Peak and anonymous memory in KiB, and the number of open descriptors."""
+        status = pathlib.Path(f"/proc/{process}/status").read_text()
+        peak, anonymous = (int(re.search(rf"{name}:\s+(\d+)", status)[1])
+                           for name in ("VmHWM", "RssAnon"))
+        return peak, anonymous, len(os.listdir(f"/proc/{process}/fd"))
 
     def file(self, name, content):
         """The path of a new file with this content."""

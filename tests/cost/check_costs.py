@@ -9,7 +9,7 @@ import pathlib
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "bench"))
-from costs import ANY_PROCESSOR, costs, libraries
+from costs import costs, libraries
 from setting import INFO, REQUESTS, Setting
 
 FIGURES = pathlib.Path(__file__).with_name("costs.json")
@@ -22,7 +22,7 @@ def measure(build):
     with Setting(build) as setting:
         for name, text in REQUESTS.items():
             for when, taken in zip(("a worker's first", "each further"),
-                                   costs(setting, text, ANY_PROCESSOR)):
+                                   costs(setting, text)):
                 for what, figure in taken._asdict().items():
                     figures[f"{name}, {when}: {what.replace('_', ' ')}"] = round(figure)
         figures["files with code in memory"] = libraries(setting, INFO)
