@@ -1,4 +1,6 @@
-"""Three virtual printers, one worker, every request: the JSON, the bytes on the wire, the answer."""
+"""Three virtual printers, one worker, every request: the JSON, the bytes on the wire, the answer.
+
+demo.py FOLDER [WORKER_FOLDER]: where virtual-printer is, and the worker if it is elsewhere."""
 
 import json
 import os
@@ -44,12 +46,12 @@ def show_bytes(printer):
         print(f"  {event:12}  {shortened(text)}")
 
 
-def search(binaries, folder, printers):
+def search(worker_folder, folder, printers):
     """A worker that knows no printers, but where to ask with SNMP."""
     models = [model for _, model in PRINTERS]
     addresses = ["127.0.0.1:" + printer.uri.partition("snmp=")[2] for printer in printers]
     print("  asks         ", ", ".join(addresses))
-    worker = Worker(binaries, folder, [], searches={
+    worker = Worker(worker_folder, folder, [], searches={
         "SupportedPrinters": models, "Discovery": {"Network": True, "Addresses": addresses}})
     request = {"Command": "GetPrinterList"}
     print("  request      ", json.dumps(request))
@@ -61,9 +63,9 @@ def search(binaries, folder, printers):
     worker.end()
 
 
-def run(binaries, folder):
+def run(binaries, worker_folder, folder):
     printers = [TracedPrinter(binaries, folder, name, model) for name, model in PRINTERS]
-    worker = Worker(binaries, folder, printers)
+    worker = Worker(worker_folder, folder, printers)
 
     def ask(title, command, printer=None, parameter=None):
         request = {"Command": command}
@@ -102,7 +104,7 @@ def run(binaries, folder):
 
     print(bold("\nWhich printers does a search on the network find?"))
     with tempfile.TemporaryDirectory() as other_folder:
-        search(binaries, other_folder, printers)
+        search(worker_folder, other_folder, printers)
 
     print(bold(f"\nThe worker ended with status {worker.end()}."))
     for printer in printers:
@@ -110,9 +112,9 @@ def run(binaries, folder):
 
 
 def main():
-    binaries = os.path.abspath(sys.argv[1])
+    binaries, worker_folder = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[-1])
     with tempfile.TemporaryDirectory() as folder:
-        run(binaries, folder)
+        run(binaries, worker_folder, folder)
 
 
 main()
