@@ -47,6 +47,8 @@ install(FILES ${PROJECT_BINARY_DIR}/printer-native-process.pc
   DESTINATION ${CMAKE_INSTALL_DATADIR}/pkgconfig)
 install(DIRECTORY tests/port_driver/example/
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/plug-in)
+install(FILES ${PROJECT_BINARY_DIR}/wireshark/printer_command.lua
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/printer-native-process/wireshark)
 
 # udev looks below lib, whatever the machine's folder for libraries is called.
 install(FILES packaging/udev/70-printer-native-process.rules DESTINATION lib/udev/rules.d)
