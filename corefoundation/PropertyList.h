@@ -2,20 +2,19 @@
 #ifndef COREFOUNDATION_PROPERTYLIST_H_
 #define COREFOUNDATION_PROPERTYLIST_H_
 
-#include <plist/plist.h>
-
 #include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "corefoundation/Foundation.h"
+#include "corefoundation/ListLibrary.h"
 #include "corefoundation/Object.h"
 
 namespace CoreFoundation {
 
 struct NodeDeleter {
-  void operator()(plist_t node) const { plist_free(node); }
+  void operator()(plist_t node) const { Plist().free(node); }
 };
 
 // Owns a node and all that is below it.
@@ -28,30 +27,28 @@ class Foreign final : public Object {
   using Ref = CFTypeRef;
 
   // Copies node.
-  Foreign(Type type, plist_t node) : Object(type), node_(plist_copy(node)) {}
+  Foreign(Type type, plist_t node) : Object(type), node_(Plist().copy(node)) {}
 
   bool Equals(const Object& other) const override;
   std::size_t Hash() const override { return 0; }
 
-  Node Copy() const { return Node(plist_copy(node_.get())); }
+  Node Copy() const { return Node(Plist().copy(node_.get())); }
 
  private:
   const Node node_;
 };
-
-// The nodes of an XML or binary list; null when it is none, or past the bounds of the checks.
-Node ParseList(std::string_view bytes);
 
 // The object of a node, and of all below it; null when some text is not valid UTF-8. Its arrays and
 // dictionaries can be changed.
 CFRef<CFTypeRef> ObjectFromNode(plist_t node);
 
 // The node of an object that stands below depth containers, and of all below it. Null when
-// something is no property list, a text cannot be written as UTF-8, or containers are nested more
-// than kMaximumListDepth deep.
+// something is no property list, a text cannot be written as UTF-8, containers are nested more than
+// kMaximumListDepth deep, or there is no libplist.
 Node NodeFromObject(CFTypeRef object, std::size_t depth = 0);
 
-// The object of an XML or binary list; null when it is none.
+// The object of an XML or binary list; null when it is none, or past the bounds of the checks, or
+// needs libplist where that is missing.
 CFRef<CFTypeRef> ParseObject(std::string_view bytes);
 
 std::string WriteXML(plist_t node);

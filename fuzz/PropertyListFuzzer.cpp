@@ -84,6 +84,14 @@ void CheckRewriting(CFTypeRef list, bool has_dates) {
   if (!has_dates) FUZZ_CHECK(AreSame(again.get(), list));
 }
 
+// A list that libplist reads, as it does behind a comment, is the one that is read without it.
+void CheckPlainReading(const std::string& bytes, CFTypeRef list) {
+  if (bytes.front() == 'b' || bytes.front() == '\xEF') return;
+  const CFRef<CFTypeRef> commented = Parse("<!-- -->" + bytes);
+  FUZZ_CHECK(commented);
+  FUZZ_CHECK(AreSame(list, commented.get()));
+}
+
 // The defaults of this process, in a folder of their own.
 class Defaults {
  public:
@@ -131,6 +139,7 @@ void CheckDefaults(const std::string& bytes) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(data, data + size);
   if (const auto list = Parse(bytes)) {
+    CheckPlainReading(bytes, list.get());
     CheckRewriting(list.get(), Walk(list.get()));
   }
   CheckDefaults(bytes);

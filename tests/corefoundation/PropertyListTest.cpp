@@ -1,5 +1,7 @@
 // Property lists: what is taken, what is refused, and what comes back.
 #include <cstdint>
+#include <initializer_list>
+#include <random>
 #include <sstream>
 #include <vector>
 
@@ -96,6 +98,84 @@ TEST(PropertyList, ReadsEveryKindFromBothForms) {
   EXPECT_TRUE(CFEqual(CFArrayGetValueAtIndex(array, 0), CFSTR("x日&<")));
   CFDictionarySetValue(dictionary, CFSTR("e"), kCFBooleanFalse);
   EXPECT_FALSE(CFEqual(lists[0].get(), lists[1].get()));
+}
+
+// Lists as programs write them, with odd things here and there.
+class ListWriter {
+ public:
+  std::string Value(int depth) {
+    switch (Below(depth > 0 ? 8 : 6)) {
+      case 0:
+        return Element("string", Texts({"", "a", " b\n", "\tx\r\ny", "日本\xF0\x9F\x96\xA8", "]]>",
+                                        "\xC3", "\x01", "\"'", "&amp;", "&#65;", "<![CDATA[x]]>"}));
+      case 1:
+        return Element("integer", Texts({"", "0", "4", "017", "0x1F", "-5", "+5", " 6\n", "1.5",
+                                         "12a", "१", "999999999999999999", "1000000000000000000",
+                                         "18446744073709551616"}));
+      case 2:
+        return Element("data",
+                       Texts({"", "QQ==", "QUI=", "QUJD", "\n\t\tQUJ\n\t\tD\t", "QR==", "Q", "QQ",
+                              "QUJDR", "QQ=", "Q===", "=", "QQ==QUJD", "Q-JD", "QU&amp;"}));
+      case 3:
+        return Texts({"<true/>", "<false/>", "<true></true>", "<string/>", "<data/>", "<dict/>",
+                      "<array/>", "<real>1</real>", "<date>2031-02-03T04:05:06Z</date>"});
+      case 4:
+        return Texts({"\n\t", " ", "", "<!-- c -->"}) + Value(depth);
+      case 5:
+        return Element("string", "x");
+      case 6:
+        return Element("array", Many([&] { return Value(depth - 1); }));
+      default:
+        return Element("dict", Many([&] {
+                         return Element("key", Texts({"a", "b", "c", "d", "e", "", " f", "日"})) +
+                                Value(depth - 1);
+                       }));
+    }
+  }
+
+  std::string List() {
+    return Texts({"", "<?xml version=\"1.0\"?>\n", "<?xml > ?>", "<!DOCTYPE plist>"}) +
+           Texts({"<plist>", "<plist version=\"1.0\">\n"}) + Value(3) + "</plist>" +
+           Texts({"", "\n", "<!-- -->"});
+  }
+
+ private:
+  std::size_t Below(std::size_t end) { return random_() % end; }
+
+  // One of the texts, the first ones more often.
+  std::string Texts(std::initializer_list<const char*> texts) {
+    return texts.begin()[Below(1 + Below(texts.size()))];
+  }
+
+  std::string Element(const std::string& name, const std::string& content) {
+    const bool is_odd = Below(50) == 0;
+    return "<" + name + (is_odd ? " a=\"b\"" : "") + ">" + content + "</" + name + ">";
+  }
+
+  template <typename Make>
+  std::string Many(Make make) {
+    std::string all;
+    for (std::size_t i = Below(4); i > 0; --i) all += make();
+    return all;
+  }
+
+  std::mt19937 random_{20311};
+};
+
+// Behind a comment, a list is libplist's to read.
+TEST(PropertyList, IsTheSameWithLibplistAndWithout) {
+  ListWriter writer;
+  int taken = 0;
+  for (int i = 0; i < 20000; ++i) {
+    const std::string text = writer.List();
+    const CFRef<CFTypeRef> list = Parse(text);
+    const CFRef<CFTypeRef> commented = Parse("<!-- -->" + text);
+    ASSERT_EQ(bool{list}, bool{commented}) << text;
+    if (!list) continue;
+    ASSERT_TRUE(CFEqual(list.get(), commented.get())) << text;
+    ++taken;
+  }
+  EXPECT_GT(taken, 5000);
 }
 
 TEST(PropertyList, BoundsDepthAndSize) {

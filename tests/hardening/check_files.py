@@ -13,9 +13,9 @@ IS_X86 = os.uname().machine == "x86_64"
 # request.
 RUNTIME = {"stdc++", "gcc_s"}
 FILES = {
-    "PrinterNativeProcess": ("main", True, {"plist-2.0"}),
+    "PrinterNativeProcess": ("main", True, set()),
     "virtual-printer": ("main", True, {"m"} | RUNTIME),
-    "libCoreFoundation.so": ("CFRelease", False, {"plist-2.0"} | RUNTIME),
+    "libCoreFoundation.so": ("CFRelease", False, {"plist-2.0", "m"} | RUNTIME),
     "libZIOP.so": ("ZIOPlugInFactory", False, {"CoreFoundation"}),
     "libZIOPDiscovery.so": ("ZIOPDiscover", False, {"CoreFoundation"} | RUNTIME),
     "libZIOPNetwork.so": ("ZIOPSearch", False, {"CoreFoundation", "netsnmp"} | RUNTIME),
