@@ -11,7 +11,7 @@ import sys
 from growth import grow
 from report import Report
 from setting import ROOT, Setting
-from speed import batch, counts, kept_running, memory, million, starts
+from speed import batch, counts, kept_running, memory, million, parts, starts
 
 DOCUMENT = ROOT / "docs/performance.md"
 PLOTS = ROOT / "docs/performance"
@@ -55,6 +55,7 @@ def main():
         batch(setting, max(3, options.rounds // 100), exchange_time, report)
         memory(setting, report)
         counts(setting, report)
+        parts(setting, report)
         grow(setting, report, PLOTS if options.document else None)
         if options.million:
             million(setting, report)

@@ -1,5 +1,6 @@
 """What single requests cost: times beside those of the floors, memory, instructions, system calls."""
 
+import json
 import subprocess
 import time
 
@@ -114,6 +115,23 @@ def counts(setting, report):
                 "which"], rows,
                "Files with code in memory after a request: " +
                ", ".join(f"`{file}`" for file in libraries(setting, INFO)) + ".")
+
+
+def parts(setting, report):
+    """The parts of a request, each by itself."""
+    done = setting.run([setting.program("bench_parts"), "--benchmark_format=json",
+                        "--benchmark_min_time=0.02", "--benchmark_repetitions=5",
+                        "--benchmark_report_aggregates_only=true"], b"")
+    figures = {}
+    for run in json.loads(done.stdout)["benchmarks"]:
+        if "error_message" in run:
+            raise RuntimeError(f"{run['name']}: {run['error_message']}")
+        figures.setdefault(run["run_name"], {})[run["aggregate_name"]] = run
+    report.add("parts", "Parts of a request, medians of five",
+               ["part", "processor time, us", "deviation"],
+               [[f"`{name}`", f"{of['median']['cpu_time'] / 1000:,.2f}",
+                 f"{100 * of['cv']['cpu_time']:.0f} %"]
+                for name, of in figures.items() if "median" in of])
 
 
 def million(setting, report):

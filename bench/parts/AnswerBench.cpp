@@ -54,6 +54,8 @@ const bool kRegistered = [] {
   for (const Operation& read : kReads) {
     benchmark::RegisterBenchmark((std::string("AnalyseReply/") + read.name).c_str(), AnalyseReply,
                                  read);
+  }
+  for (const Operation& read : kReads) {
     benchmark::RegisterBenchmark((std::string("WriteAnswer/") + read.name).c_str(), WriteAnswer,
                                  read);
   }
