@@ -97,7 +97,7 @@ local function is_utf8(text)
 end
 
 local function shown_text(text)
-  local pattern = is_utf8(text) and "[%z\1-\31\127]" or "[%z\1-\31\127-\255]"
+  local pattern = is_utf8(text) and "[\0-\31\127]" or "[\0-\31\127-\255]"
   return (text:gsub(pattern, function(byte) return string.format("\\x%02X", byte:byte()) end))
 end
 
@@ -256,17 +256,20 @@ local function add_families(tree, form, piece, from)
   end
 end
 
+-- A parameter with its value, and the byte of the printer's language that it stands for.
+local function add_parameter(tree, entry, span, text, bytes)
+  local item = tree:add(parameter_field[entry.name], span, text)
+  if entry.type == "number" then item:append_text(" (" .. to_hex(bytes) .. ")") end
+end
+
 local function add_command_fields(tree, form, piece, from)
   local variable = piece:sub(from, #piece.bytes)
   for _, entry in ipairs(form.command) do
     local bytes = variable:sub(entry.at + 1, entry.at + entry.size)
     if bytes ~= "" then
-      local span = piece:span(from + entry.at, #bytes)
-      if entry.stays and entry.type == "number" and bytes:byte() == STAYS then
-        tree:add(parameter_field[entry.name], span, "stays")
-      else
-        tree:add(parameter_field[entry.name], span, shown(entry, bytes, false))
-      end
+      local stays = entry.stays and entry.type == "number" and bytes:byte() == STAYS
+      add_parameter(tree, entry, piece:span(from + entry.at, #bytes),
+        stays and "stays" or shown(entry, bytes, false), bytes)
     end
   end
 end
@@ -276,9 +279,9 @@ local function add_reply_fields(tree, form, piece, from, size)
     local text = piece:sub(from + entry.at, math.min(entry.size, size - entry.at))
     if entry.at < size and #text == entry.size then
       local bytes = entry.binary and text or from_hex(text)
-      local span = piece:span(from + entry.at, entry.size)
       if bytes then
-        tree:add(parameter_field[entry.name], span, shown(entry, bytes, true))
+        add_parameter(tree, entry, piece:span(from + entry.at, entry.size),
+          shown(entry, bytes, true), bytes)
       else
         tree:add_proto_expert_info(damaged, entry.name .. " is not hexadecimal")
       end
