@@ -3,7 +3,6 @@
 import collections
 import os
 import re
-import select
 import subprocess
 import typing
 
@@ -45,10 +44,15 @@ def costs(setting, text):
                              for many, few in zip(taken[MANY], taken[FEW])))
 
 
-def system_calls_of_run(setting, text):
+def system_calls_of_run(setting, text, number):
+    """By name, for requests that are sent one at a time."""
+    answer = setting.answer(text)
     output = setting.folder / "calls"
-    setting.run(["strace", "-f", "-qq", "-c", "-U", "name,calls", "-o", str(output),
-                 *setting.worker], text)
+    worker = setting.keep_running("strace", "-f", "-qq", "-c", "-U", "name,calls", "-o",
+                                  str(output))
+    for _ in range(number):
+        setting.ask(worker, text, answer)
+    worker.communicate()
     calls = collections.Counter()
     for row in output.read_text().splitlines():
         name, _, count = row.partition(" ")
@@ -58,22 +62,18 @@ def system_calls_of_run(setting, text):
 
 
 def system_calls(setting, text):
-    """System calls of a worker for one request, and those that each further request makes, by
-    name."""
-    few, many = (system_calls_of_run(setting, text * number) for number in (FEW, MANY))
+    """System calls of a worker that is started for one request, and those of each further request,
+    by name."""
+    once, few, many = (system_calls_of_run(setting, text, number) for number in (1, FEW, MANY))
     each = {name: (many[name] - few[name]) / (MANY - FEW) for name in many}
-    once = sum(system_calls_of_run(setting, text).values())
-    return once, {name: count for name, count in each.items() if count}
+    return sum(once.values()), {name: count for name, count in each.items() if count}
 
 
 def libraries(setting, text):
     """The files with code that the worker has in its memory after a request, without the versions
     in their names."""
-    worker = subprocess.Popen(setting.worker, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                              env=setting.environment, bufsize=0)
-    worker.stdin.write(text)
-    if not select.select([worker.stdout], [], [], 20)[0] or not worker.stdout.read(65536):
-        raise RuntimeError(f"{text}: no answer")
+    worker = setting.keep_running()
+    setting.ask(worker, text, setting.answer(text))
     with open(f"/proc/{worker.pid}/maps", encoding="utf-8") as maps:
         paths = {row.split()[5] for row in maps if " r-xp " in row and "/" in row}
     worker.communicate()

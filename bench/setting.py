@@ -5,6 +5,7 @@ import json
 import os
 import pathlib
 import re
+import select
 import shutil
 import socket
 import subprocess
@@ -75,9 +76,32 @@ class Setting:
         self.answer(REQUESTS["GetPrinterList"])
 
     def run(self, command, text):
-        """Runs command with this text as its input; raises what tells why that failed."""
-        return subprocess.run(command, input=text, capture_output=True, check=True,
+        """Runs command with this text as its input; raises what it says when it fails."""
+        done = subprocess.run(command, input=text, capture_output=True, check=False,
                               env=self.environment, timeout=TIME_LIMIT_S)
+        if done.returncode != 0:
+            raise RuntimeError(f"{command[0]}: status {done.returncode}: {done.stderr.decode()}")
+        return done
+
+    def keep_running(self, *before):
+        """A worker that is kept running, started with what goes before it on the command line."""
+        return subprocess.Popen([*before, *self.worker], stdin=subprocess.PIPE,
+                                stdout=subprocess.PIPE, env=self.environment, bufsize=0)
+
+    @staticmethod
+    def ask(worker, text, answer):
+        """Sends text to a worker that is kept running, and waits for this answer."""
+        worker.stdin.write(text)
+        read = b""
+        while len(read) < len(answer):
+            if not select.select([worker.stdout], [], [], TIME_LIMIT_S)[0]:
+                raise RuntimeError("the worker is silent")
+            more = worker.stdout.read(len(answer) - len(read))
+            if not more:
+                raise RuntimeError("the worker has ended")
+            read += more
+        if read != answer:
+            raise RuntimeError(f"answered {read}, not {answer}")
 
     def answer(self, text):
         """What the worker answers to a request, which must succeed."""

@@ -1,7 +1,6 @@
 """What single requests cost: times beside those of the floors, memory, instructions, system calls."""
 
 import json
-import subprocess
 import time
 
 from costs import costs, libraries, system_calls
@@ -137,19 +136,10 @@ def parts(setting, report):
 def million(setting, report):
     """Memory and descriptors of one worker over a million requests."""
     answer = setting.answer(INFO)
-    worker = subprocess.Popen(setting.worker, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                              env=setting.environment, bufsize=0)
-    row, rows, begin = 100, [], time.monotonic()
-    for done in range(row, 1_000_000 + row, row):
-        worker.stdin.write(INFO * row)
-        read = b""
-        while len(read) < row * len(answer):
-            more = worker.stdout.read(row * len(answer) - len(read))
-            if not more:
-                raise RuntimeError("the worker has ended")
-            read += more
-        if read != answer * row:
-            raise RuntimeError("another answer")
+    worker = setting.keep_running()
+    step, rows, begin = 100, [], time.monotonic()
+    for done in range(step, 1_000_000 + step, step):
+        setting.ask(worker, INFO * step, answer * step)
         if done in (1_000, 10_000, 100_000, 250_000, 500_000, 1_000_000):
             figures = setting.memory_of(worker.pid)
             rows.append([f"{done:,}", *(f"{figure:,}" for figure in figures),
