@@ -32,6 +32,8 @@ constexpr char kFooter[] =
     "  printer-media names Studio                          which records does one have?\n"
     "  printer-media get Studio Banner                     what is in one?\n"
     "  printer-media set Studio Banner MediaSuction=5      change it\n"
+    "  printer-media save Studio studio.json               keep all of them\n"
+    "  printer-media doctor                                what is wrong?\n"
     "\n"
     "`printer-media COMMAND --help` says more of a command; --json and --answer-time go with all.\n"
     "Exit status: 0 done, 1 refused or not answered, 2 wrong usage, 3 no worker, 4 a file,\n"
@@ -74,6 +76,34 @@ class Commands {
     AddYes(init);
   }
 
+  void AddSaving() {
+    CLI::App* const save =
+        Add("save", "Save all registered records of a printer to a file", SaveRecords);
+    AddPrinter(save);
+    AddFile(save);
+    AddYes(save);
+    CLI::App* const restore =
+        Add("restore", "Write the records of a saved file to a printer", RestoreRecords);
+    AddPrinter(restore);
+    AddFile(restore);
+    AddYes(restore);
+    restore->footer(
+        "\nThe file is checked whole, and compared with the printer, before anything is\n"
+        "written. Records that are the same already, and those that the file does not\n"
+        "hold, stay as they are. What is written is read back.\n");
+    CLI::App* const compare = Add("compare",
+                                  "Show in which records two printers, or a printer and a "
+                                  "saved file, differ",
+                                  CompareRecords);
+    compare->add_option("PRINTER", options_.first, "Name of a printer, or a saved file")
+        ->required();
+    compare->add_option("PRINTER|FILE", options_.second, "What it is compared with")->required();
+    compare->footer(
+        "\nWhat holds a slash or ends in .json is a file. Exit status: 0 when they are the\n"
+        "same, 5 when they differ.\n");
+    Add("doctor", "Check the worker, its files and every printer, and say what to mend", Diagnose);
+  }
+
   Command chosen() const { return chosen_; }
 
  private:
@@ -91,6 +121,10 @@ class Commands {
   void AddRecord(CLI::App* command) {
     AddPrinter(command);
     command->add_option("RECORD", options_.record, "Number or name of the record")->required();
+  }
+
+  void AddFile(CLI::App* command) {
+    command->add_option("FILE", options_.file, "The file with the records")->required();
   }
 
   void AddLayout(CLI::App* command) {
@@ -196,6 +230,7 @@ int Run(int argc, char* argv[]) {
   Commands commands(app, options);
   commands.AddReading();
   commands.AddWriting();
+  commands.AddSaving();
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

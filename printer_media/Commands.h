@@ -19,6 +19,9 @@ struct Options {
   std::string record;  // a number or a name
   int layout = 0;
   std::vector<std::string> assignments;  // NAME=VALUE
+  std::string file;
+  std::string first;  // what is compared: printers or files
+  std::string second;
 };
 
 // All print to standard output, and throw Failure and Interrupted.
@@ -29,6 +32,10 @@ Exit ListNames(Host& host, const Options& options);
 Exit GetRecord(Host& host, const Options& options);
 Exit SetRecord(Host& host, const Options& options);
 Exit InitialiseRecords(Host& host, const Options& options);
+Exit SaveRecords(Host& host, const Options& options);
+Exit RestoreRecords(Host& host, const Options& options);
+Exit CompareRecords(Host& host, const Options& options);
+Exit Diagnose(Host& host, const Options& options);
 
 }  // namespace PrinterMedia
 

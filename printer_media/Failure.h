@@ -35,6 +35,9 @@ class Failure : public std::exception {
   Exit status() const { return status_; }
   std::optional<int> code() const { return code_; }
 
+  // Whether the printer answered, and refused.
+  bool IsRefusal() const { return status_ == Exit::kRefused && code_.value_or(-1) == -1; }
+
   // As an object that --json prints.
   std::string Json() const;
 

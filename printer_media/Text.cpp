@@ -137,6 +137,10 @@ bool SameButCase(std::string_view one, std::string_view other) {
   });
 }
 
+std::string Counted(std::size_t count, const std::string& thing) {
+  return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
+}
+
 std::string Quoted(std::string_view name) {
   return '"' + std::string(name) + '"';
 }

@@ -29,6 +29,9 @@ bool FromHex(std::string_view text, std::string& bytes);
 // Compares letters of ASCII without regard to case.
 bool SameButCase(std::string_view one, std::string_view other);
 
+// "1 record", "2 records".
+std::string Counted(std::size_t count, const std::string& thing);
+
 // A printer's or record's name between quotation marks.
 std::string Quoted(std::string_view name);
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Answers requests as FAKE_ANSWERS says: by command the text of the answer, or what happens instead
-("die", "kill", "hang", "stubborn"), or a list of those for one request after another."""
+("die", "kill", "hang", "stubborn"). An answer behind "say:", lines and a NUL comes after the lines
+on standard error."""
 
 import json
 import os
@@ -25,6 +26,9 @@ def act(answer):
     if answer in ("hang", "stubborn"):
         print("waiting", file=sys.stderr, flush=True)
         time.sleep(60)
+    if answer.startswith("say:"):
+        said, answer = answer[4:].split("\0")
+        print(said, file=sys.stderr, flush=True)
     raw = answer.encode("latin-1")
     for start in range(0, len(raw), 7):  # in pieces, as pipes may give it
         os.write(1, raw[start:start + 7])
@@ -34,5 +38,4 @@ def act(answer):
 
 for line in sys.stdin.buffer:
     command = json.loads(urllib.parse.unquote_to_bytes(line), strict=False)["Command"]
-    said = answers[command]
-    act(said.pop(0) if isinstance(said, list) else said)
+    act(answers[command])
