@@ -13,6 +13,8 @@
 #include "GantryCore/PrinterCommand.h"
 #include "GantryCore/PrinterReply.h"
 #include "ModelInfomation/ModelInfomation.h"
+#include "util/TraceLine.h"
+#include "virtual_printer/Description.h"
 #include "virtual_printer/Printer.h"
 
 namespace {
@@ -73,7 +75,7 @@ class Comparison {
     }
     if (name.empty()) return;
     record_.insert("CustomMediaName", name);
-    settings_.push_back(" media_name=\"" + name + '"');
+    settings_.push_back(" media_name=" + Ravik::TraceQuoted(name));
   }
 
   VirtualPrinter::Bytes Build(Ravik::COMMAND_KEY key) const {
