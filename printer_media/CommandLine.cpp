@@ -7,9 +7,11 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "printer_media/Commands.h"
+#include "printer_media/Completion.h"
 #include "printer_media/Interruption.h"
 #include "printer_media/Suggestion.h"
 #include "printer_media/Text.h"
@@ -110,6 +112,7 @@ class Commands {
   CLI::App* Add(const std::string& name, const std::string& about, Command command) {
     CLI::App* const added = app_.add_subcommand(name, about);
     added->fallthrough();
+    added->group("Commands");
     added->callback([this, command] { chosen_ = command; });
     return added;
   }
@@ -154,7 +157,6 @@ void AddGlobal(CLI::App& app, Options& options) {
     app.get_formatter()->label(label, std::strcmp(label, "OPTIONS") == 0 ? "OPTION..." : "");
   }
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-  app.get_formatter()->label("Subcommands", "Commands");
   app.footer(kFooter);
 }
 
@@ -223,6 +225,11 @@ int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
 }  // namespace
 
 int Run(int argc, char* argv[]) {
+  // Not for people: the shells' completion asks with the line up to the cursor.
+  if (argc == 3 && std::string_view(argv[1]) == "complete") {
+    PrintCompletions(argv[2]);
+    return static_cast<int>(Exit::kDone);
+  }
   CatchSignals();
   Options options;
   CLI::App app(kAbout, "printer-media");
