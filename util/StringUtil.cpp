@@ -10,11 +10,14 @@ namespace {
 
 constexpr char kBlanks[] = " \t";
 
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+
 }  // namespace
 
 void StringUtil::DeleteSpace(std::string& text) {
-  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
-  text.erase(std::remove_if(text.begin(), text.end(), is_blank), text.end());
+  text.erase(std::remove_if(text.begin(), text.end(), IsBlank), text.end());
 }
 
 void StringUtil::DeleteHeadSpace(std::string& text) {
@@ -22,7 +25,7 @@ void StringUtil::DeleteHeadSpace(std::string& text) {
 }
 
 void StringUtil::DeleteTailSpace(std::string& text) {
-  text.erase(text.find_last_not_of(kBlanks) + 1);  // npos + 1 is 0
+  text.erase(std::find_if_not(text.rbegin(), text.rend(), IsBlank).base(), text.end());
 }
 
 bool StringUtil::IsDigit(const std::string& text) {
