@@ -124,8 +124,8 @@ class Conversions {
     const std::size_t size = name.size();
     std::size_t slot = 0;
     if (size >= kTail) {
-      slot = 2 * size + 5 * static_cast<unsigned char>(name[0]) +
-             static_cast<unsigned char>(name[size - kTail]);
+      const std::size_t first = static_cast<unsigned char>(name[0]);
+      slot = 2 * size + 5 * first + static_cast<unsigned char>(name[size - kTail]);
     }
     for (slot %= kSlots; entry_of_slot_[slot] != 0; slot = (slot + 1) % kSlots) {
       if (entries_[entry_of_slot_[slot]].name == name) break;

@@ -77,9 +77,14 @@ std::string CDataConverter::Byte2Ascii(unsigned char byte) {
 }
 
 std::string CDataConverter::Byte2Ascii(const std::vector<unsigned char>& bytes) {
+  return Byte2Ascii(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+}
+
+std::string CDataConverter::Byte2Ascii(std::string_view bytes) {
   std::string ascii(bytes.size() * kDigitsPerByte, '\0');
   char* digit = ascii.data();
-  for (const unsigned char byte : bytes) {
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
     *digit++ = kHexDigits[byte >> 4];
     *digit++ = kHexDigits[byte & 0x0F];
   }

@@ -26,6 +26,7 @@ class CDataConverter {
 
   static std::string Byte2Ascii(unsigned char byte);
   static std::string Byte2Ascii(const std::vector<unsigned char>& bytes);
+  static std::string Byte2Ascii(std::string_view bytes);
 
   // What a stream's extraction of a hexadecimal unsigned int gives: leading white space is skipped,
   // a sign and a prefix 0x are accepted ("-1" is 0xFFFFFFFF), reading stops at the first character

@@ -84,7 +84,7 @@ void InsertField(std::string_view body, const std::string& key, const _t_REPLY_I
     case FORM_TEXT:
       return InsertText(key, field, bytes, out);
     case FORM_BINARY:
-      return InsertText(key, field, CDataConverter::Byte2Ascii({bytes.begin(), bytes.end()}), out);
+      return InsertText(key, field, CDataConverter::Byte2Ascii(bytes), out);
     default:
       ReportAssertion("false", "InsertParameter", __FILE__, __LINE__);
   }
