@@ -18,14 +18,13 @@ int main() {
   std::signal(SIGXFSZ, SIG_IGN);
   Ravik::HostChannel host(STDIN_FILENO, STDOUT_FILENO);
   long result = 1;
-  std::string answer;
+  Ravik::PrinterProcess::Workspace workspace;
   for (std::string line; host.ReadLine(line);) {
     if (line.empty()) continue;
-    answer.clear();
-    result = Ravik::PrinterProcess::Answer(URLDecoder::decode(line), answer);
+    result = Ravik::PrinterProcess::Answer(URLDecoder::decode(line), workspace);
     // A host that keeps the worker running waits for this answer. One that cannot get it is not to
     // find its further requests done.
-    if (!host.Write(answer)) return Ravik::LoseAnswer(errno);
+    if (!host.Write(workspace.answer)) return Ravik::LoseAnswer(errno);
   }
   return static_cast<int>(result);
 }

@@ -97,13 +97,15 @@ const std::map<std::string, PrinterProcess::Handler> PrinterProcess::NativeProce
         "GetCustomMediaInfo", GetCustomMediaInfo)("SetCustomMediaInfo", SetCustomMediaInfo)(
         "SetMediaInitialize", SetMediaInitialize)(std::string(kGetFWVersion), GetFWVersion);
 
-long PrinterProcess::Answer(const std::string& request, std::string& answer) {
+long PrinterProcess::Answer(const std::string& request, Workspace& workspace) {
+  auto& [params, reply, answer] = workspace;
+  params.clear();
+  reply.clear();
+  answer.clear();
   PrinterVO printer;
-  ParameterMapVO params;
-  ParameterMapVO reply;
   std::string command;
   if (!ParsePicojson(request, command, printer, params)) {
-    answer += "syntax error";
+    answer = "syntax error";
     return -1;
   }
   const auto function = NativeProcessFunction.find(command);
@@ -118,9 +120,9 @@ long PrinterProcess::Answer(const std::string& request, std::string& answer) {
 }
 
 long PrinterProcess::doFunction(const std::string& request, std::ostream& out) {
-  std::string answer;
-  const long code = Answer(request, answer);
-  out << answer;
+  Workspace workspace;
+  const long code = Answer(request, workspace);
+  out << workspace.answer;
   return code;
 }
 

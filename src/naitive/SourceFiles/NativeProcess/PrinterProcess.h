@@ -22,12 +22,19 @@ class PrinterProcess {
   // The handlers by command name.
   static const std::map<std::string, Handler> NativeProcessFunction;
 
-  // Runs one decoded request, a JSON object (RFC 8259), and appends its answer, without a line
-  // break, to answer. Returns the answer's code; -1 also for a request that is not well formed,
-  // which is answered "syntax error".
+  // What answering a request takes up. Kept for the next one, the memory need not be found again.
+  struct Workspace {
+    ParameterMapVO params;
+    ParameterMapVO reply;
+    std::string answer;
+  };
+
+  // Runs one decoded request, a JSON object (RFC 8259), and leaves its answer, without a line
+  // break, in the workspace; nothing else of what that held counts. Returns the answer's code; -1
+  // also for a request that is not well formed, which is answered "syntax error".
   // Throws std::runtime_error for a request whose JSON value is no object, and whatever but
-  // std::out_of_range a handler throws; nothing is appended then.
-  static long Answer(const std::string& request, std::string& answer);
+  // std::out_of_range a handler throws; there is no answer then.
+  static long Answer(const std::string& request, Workspace& workspace);
 
   // The same, with the answer written to out.
   static long doFunction(const std::string& request, std::ostream& out);
