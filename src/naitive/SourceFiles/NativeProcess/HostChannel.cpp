@@ -9,8 +9,7 @@ namespace Ravik {
 
 namespace {
 
-// As much as a pipe holds. Memory is touched only as far as a block is filled.
-constexpr std::size_t kBlockSize = 65536;
+constexpr std::size_t kBlockSize = 16384;
 
 }  // namespace
 
