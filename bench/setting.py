@@ -1,6 +1,7 @@
 """What every measurement runs in: the shipped products in a folder of their own, a printer that
 answers from memory, and the requests, each with the answer that it must get."""
 
+import atexit
 import json
 import os
 import pathlib
@@ -48,9 +49,9 @@ class Setting:
         teacher = self.virtual_printer.uri.rpartition("=")[2]
         self.printer = subprocess.Popen([self.program("prepared_printer"), teacher],
                                         stdout=subprocess.PIPE, text=True)
+        atexit.register(self.printer.kill)
         self.port = int(self.printer.stdout.readline())
-        self.list([self.at_port(self.port)])
-        self.expected = self.answer(INFO)
+        self.put_printers([self.at_port(self.port)])
 
     def __enter__(self):
         return self
@@ -68,7 +69,7 @@ class Setting:
     def at_port(port, options="&timeout=60000"):
         return SimpleNamespace(name=NAME, model=MODEL, uri=f"socket://127.0.0.1?snmp={port}{options}")
 
-    def list(self, printers):
+    def put_printers(self, printers):
         """Puts the printers in the list, and lets a worker find them."""
         for entry in self.folder.iterdir():
             shutil.rmtree(entry) if entry.is_dir() else entry.unlink()
