@@ -83,15 +83,18 @@ void Bundle::ReadTypes(CFDictionaryRef types) {
     if (!type || list == nullptr) continue;
     for (const auto& item : ObjectOf<Array>(list).values()) {
       const auto factory = UUIDOf(item.get());
-      if (factory && functions_.count(*factory) != 0) types_[*type].push_back(*factory);
+      if (!factory || functions_.count(*factory) == 0) continue;
+      auto& factories = types_[*type];
+      if (!factories) factories = CFRef(CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks));
+      const CFRef<CFUUIDRef> object(RefTo(new UUID(*factory)));
+      CFArrayAppendValue(factories.get(), object.get());
     }
   }
 }
 
-const std::vector<UUIDBytes>& Bundle::FactoriesFor(const UUIDBytes& type) const {
-  static const auto& none = *new std::vector<UUIDBytes>;
+CFArrayRef Bundle::FactoriesFor(const UUIDBytes& type) const {
   const auto factories = types_.find(type);
-  return factories != types_.end() ? factories->second : none;
+  return factories != types_.end() ? factories->second.get() : nullptr;
 }
 
 std::string Bundle::ExecutablePath() const {

@@ -4,7 +4,6 @@
 
 #include <map>
 #include <string>
-#include <vector>
 
 #include "corefoundation/Foundation.h"
 #include "corefoundation/Object.h"
@@ -31,8 +30,8 @@ class Bundle final : public Object {
   // The factories' functions.
   const std::map<UUIDBytes, Function>& functions() const { return functions_; }
 
-  // The factories for type, in the order of Info.plist.
-  const std::vector<UUIDBytes>& FactoriesFor(const UUIDBytes& type) const;
+  // The factories for type, in the order of Info.plist; null when there are none.
+  CFArrayRef FactoriesFor(const UUIDBytes& type) const;
 
   // Loads the executable when it is not loaded yet, and finds the function of one of the factories
   // there. Null, with a line on standard error when the executable is missing or cannot be loaded.
@@ -49,7 +48,7 @@ class Bundle final : public Object {
   const std::string path_;
   std::string executable_name_;
   std::map<UUIDBytes, Function> functions_;
-  std::map<UUIDBytes, std::vector<UUIDBytes>> types_;
+  std::map<UUIDBytes, CFRef<CFMutableArrayRef>> types_;
   void* code_ = nullptr;  // of dlopen; never closed
 };
 

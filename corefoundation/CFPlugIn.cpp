@@ -3,7 +3,7 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
-#include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -26,11 +26,12 @@ class Registry {
   }
 
   // The bundle of the folder at path; null when there is none.
-  Bundle* BundleAt(const std::string& path) {
+  Bundle* BundleAt(const char* path) {
     const std::lock_guard<std::recursive_mutex> lock(mutex_);
     struct stat folder;
-    if (stat(path.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return nullptr;
-    Place& place = places_[path];
+    if (stat(path, &folder) != 0 || !S_ISDIR(folder.st_mode)) return nullptr;
+    const auto known = places_.find(path);
+    Place& place = known != places_.end() ? known->second : places_[path];
     if (place.bundle == nullptr || place.device != folder.st_dev || place.number != folder.st_ino) {
       place = {folder.st_dev, folder.st_ino, BundleOf(path)};
     }
@@ -49,12 +50,20 @@ class Registry {
     const auto entry = factories_.find(factory);
     if (entry == factories_.end()) return nullptr;
     Bundle& bundle = *entry->second;
-    const auto& makers = bundle.FactoriesFor(type);
-    if (std::find(makers.begin(), makers.end(), factory) == makers.end()) return nullptr;
+    if (!Holds(bundle.FactoriesFor(type), factory)) return nullptr;
     return reinterpret_cast<CFPlugInFactoryFunction>(bundle.FindFunction(factory));
   }
 
  private:
+  static bool Holds(CFArrayRef factories, const UUIDBytes& factory) {
+    const CFIndex count = factories != nullptr ? CFArrayGetCount(factories) : 0;
+    for (CFIndex i = 0; i < count; ++i) {
+      const auto uuid = static_cast<CFUUIDRef>(CFArrayGetValueAtIndex(factories, i));
+      if (ObjectOf<UUID>(uuid).bytes() == factory) return true;
+    }
+    return false;
+  }
+
   // What a path has led to: as long as it leads to the same folder, that has the same bundle.
   struct Place {
     dev_t device;
@@ -63,8 +72,8 @@ class Registry {
   };
 
   // The bundle by the path's absolute form without links; null when that cannot be told.
-  Bundle* BundleOf(const std::string& path) {
-    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr), free);
+  Bundle* BundleOf(const char* path) {
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path, nullptr), free);
     if (!resolved) return nullptr;
     Bundle*& bundle = bundles_[resolved.get()];
     if (bundle == nullptr) bundle = new Bundle(resolved.get());
@@ -72,7 +81,7 @@ class Registry {
   }
 
   std::recursive_mutex mutex_;  // code that is being loaded may come back
-  std::map<std::string, Place> places_;
+  std::map<std::string, Place, std::less<>> places_;
   std::map<std::string, Bundle*> bundles_;
   std::map<UUIDBytes, Bundle*> factories_;
   const Bundle* latest_ = nullptr;
@@ -89,9 +98,11 @@ using CoreFoundation::UUID;
 
 CFPlugInRef CFPlugInCreate(CFAllocatorRef /*allocator*/, CFURLRef url) {
   if (url == nullptr) return nullptr;
+  const CoreFoundation::String& text = ObjectOf<CoreFoundation::URL>(url).path();
   std::string path;
-  if (!GetUTF8(ObjectOf<CoreFoundation::URL>(url).path(), path)) return nullptr;
-  Bundle* const bundle = Registry::Shared().BundleAt(path);
+  if (text.ascii() == nullptr && !GetUTF8(text, path)) return nullptr;
+  const char* const utf8 = text.ascii() != nullptr ? text.ascii() : path.c_str();
+  Bundle* const bundle = Registry::Shared().BundleAt(utf8);
   if (bundle == nullptr) return nullptr;
   bundle->Retain();
   return CoreFoundation::MutableRefTo<CFPlugInRef>(bundle);
@@ -99,13 +110,7 @@ CFPlugInRef CFPlugInCreate(CFAllocatorRef /*allocator*/, CFURLRef url) {
 
 CFArrayRef CFPlugInFindFactoriesForPlugInTypeInPlugIn(CFUUIDRef type, CFPlugInRef plugin) {
   const auto& bundle = CoreFoundation::MutableObjectOf<Bundle>(plugin);
-  CFRef<CFMutableArrayRef> factories;
-  for (const auto& bytes : bundle.FactoriesFor(ObjectOf<UUID>(type).bytes())) {
-    if (!factories) factories = CFRef(CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks));
-    const CFRef<CFUUIDRef> factory(CoreFoundation::RefTo(new UUID(bytes)));
-    CFArrayAppendValue(factories.get(), factory.get());
-  }
-  return factories.release();
+  return CFRef<CFArrayRef>::Retain(bundle.FactoriesFor(ObjectOf<UUID>(type).bytes())).release();
 }
 
 void* CFPlugInInstanceCreate(CFAllocatorRef allocator, CFUUIDRef factory, CFUUIDRef type) {

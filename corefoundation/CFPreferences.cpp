@@ -31,17 +31,26 @@ std::string ExecutableName() {
   return std::string(path.substr(path.rfind('/') + 1));
 }
 
-// The folder of the user's settings (XDG base directories: a relative path does not count); empty
-// when there is none. Without HOME, or a relative one, the user database tells.
-std::string SettingsFolder() {
+// The folder of the user's settings, in two parts, the second of which is constant.
+struct SettingsFolder {
+  std::string_view base;
+  std::string_view rest;
+
+  std::string Path() const { return std::string(base).append(rest); }
+};
+
+// By the XDG base directories: a relative path does not count. Without HOME, or a relative one, the
+// user database tells. Empty when there is none.
+SettingsFolder FindSettingsFolder() {
   const char* folder = std::getenv("XDG_CONFIG_HOME");
-  if (folder != nullptr && folder[0] == '/') return folder;
+  if (folder != nullptr && folder[0] == '/') return {folder, ""};
   const char* home = std::getenv("HOME");
   if (home == nullptr || home[0] != '/') {
     const struct passwd* user = getpwuid(getuid());
     home = user != nullptr ? user->pw_dir : nullptr;
   }
-  return home != nullptr && home[0] == '/' ? std::string(home) + "/.config" : std::string();
+  if (home == nullptr || home[0] != '/') return {};
+  return {home, "/.config"};
 }
 
 std::mutex& PreferencesMutex() {
@@ -58,18 +67,39 @@ std::string FileName(CFStringRef application) {
   return fits && std::string_view(name).find('/') == std::string_view::npos ? name : "";
 }
 
+// The defaults of every application and folder that was asked for.
+class AllPreferences {
+ public:
+  Preferences& At(const SettingsFolder& folder, CFStringRef application) {
+    if (latest_ != nullptr && latest_application_ == application && latest_base_ == folder.base &&
+        latest_rest_.data() == folder.rest.data()) {
+      return *latest_;
+    }
+    const std::string name = FileName(application);
+    std::string path;
+    if (!folder.base.empty() && !name.empty()) path = folder.Path() + "/" + name + ".plist";
+    Preferences& preferences = all_.try_emplace(path, path).first->second;
+    const bool is_constant = application == kCFPreferencesCurrentApplication;
+    latest_ = is_constant ? &preferences : nullptr;
+    latest_application_ = application;
+    latest_base_ = folder.base;
+    latest_rest_ = folder.rest;
+    return preferences;
+  }
+
+ private:
+  std::map<std::string, Preferences> all_;  // by path
+  // What was asked for last, with a constant string.
+  Preferences* latest_ = nullptr;
+  CFStringRef latest_application_ = nullptr;
+  std::string latest_base_;
+  std::string_view latest_rest_;
+};
+
 // The application's defaults at the place that the environment names now. The mutex is held.
 Preferences& PreferencesOf(CFStringRef application) {
-  // By folder and name.
-  static auto& all = *new std::map<std::pair<std::string, std::string>, Preferences>;
-  std::pair place(SettingsFolder(), FileName(application));
-  const auto known = all.find(place);
-  if (known != all.end()) return known->second;
-  std::string path;
-  if (!place.first.empty() && !place.second.empty()) {
-    path = place.first + "/" + place.second + ".plist";
-  }
-  return all.try_emplace(std::move(place), path).first->second;
+  static auto& all = *new AllPreferences;
+  return all.At(FindSettingsFolder(), application);
 }
 
 // A copy that later changes of list do not reach; null when it is no property list.

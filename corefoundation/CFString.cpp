@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <map>
 #include <mutex>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include "corefoundation/String.h"
@@ -14,8 +14,6 @@
 namespace CoreFoundation {
 
 namespace {
-
-using ConstantStrings = std::unordered_map<std::string_view, const String*>;
 
 bool IsPlainASCII(const std::u16string& units) {
   return std::all_of(units.begin(), units.end(),
@@ -72,7 +70,9 @@ String::String(std::u16string units, Lifetime lifetime)
       ascii_(is_ascii_ ? std::string(units_.begin(), units_.end()) : std::string()) {}
 
 bool String::Equals(const Object& other) const {
-  return units_ == static_cast<const String&>(other).units_;
+  const std::u16string& units = static_cast<const String&>(other).units_;
+  return units_.size() == units.size() &&
+         std::memcmp(units_.data(), units.data(), units.size() * sizeof(char16_t)) == 0;
 }
 
 std::size_t String::Hash() const {
@@ -100,13 +100,13 @@ using CoreFoundation::String;
 
 CFStringRef __CFStringMakeConstantString(const char* literal) {
   static auto& mutex = *new std::mutex;
-  static auto& strings = *new CoreFoundation::ConstantStrings;
+  static auto& strings = *new std::map<std::string, const String*, std::less<>>;
   const std::lock_guard<std::mutex> lock(mutex);
   const auto known = strings.find(literal);
   if (known != strings.end()) return RefTo(known->second);
   auto units = CoreFoundation::DecodeText(literal, kCFStringEncodingUTF8).value_or(u"");
   const auto* string = new String(std::move(units), CoreFoundation::Lifetime::kConstant);
-  strings.emplace(*new std::string(literal), string);
+  strings.emplace(literal, string);
   return RefTo(string);
 }
 

@@ -4,9 +4,12 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <string_view>
+#include <tuple>
+#include <unordered_map>
 
 #include "corefoundation/String.h"
 #include "corefoundation/UUID.h"
@@ -47,17 +50,35 @@ std::size_t UUID::Hash() const {
 
 UUIDBytes ParseUUID(const std::u16string& text) {
   UUIDBytes bytes{};
-  std::size_t digits = 0;
+  int digits[2 * std::tuple_size_v<UUIDBytes>] = {};
+  auto* next = std::begin(digits);
   for (const char16_t unit : text) {
     const int value = DigitValue(unit);
-    if (value < 0) continue;
-    if (digits == 2 * bytes.size()) break;
-    const int shift = digits % 2 == 0 ? 4 : 0;
-    bytes[digits / 2] = static_cast<UInt8>(bytes[digits / 2] | value << shift);
-    ++digits;
+    if (value == kNoDigit) continue;
+    *next++ = value;
+    if (next == std::end(digits)) break;
+  }
+  next = std::begin(digits);
+  for (UInt8& byte : bytes) {
+    byte = static_cast<UInt8>(next[0] << 4 | next[1]);
+    next += 2;
   }
   return bytes;
 }
+
+namespace {
+
+// The constant object of a constant string, which is read once.
+const UUID& ConstantOf(const String& string) {
+  static auto& mutex = *new std::mutex;
+  static auto& constants = *new std::unordered_map<const String*, const UUID*>;
+  const std::lock_guard<std::mutex> lock(mutex);
+  const UUID*& uuid = constants[&string];
+  if (uuid == nullptr) uuid = new UUID(ParseUUID(string.units()), Lifetime::kConstant);
+  return *uuid;
+}
+
+}  // namespace
 
 }  // namespace CoreFoundation
 
@@ -67,8 +88,9 @@ using CoreFoundation::UUIDBytes;
 
 CFUUIDRef CFUUIDCreateFromString(CFAllocatorRef /*allocator*/, CFStringRef text) {
   if (text == nullptr || CFStringGetLength(text) == 0) return nullptr;
-  const auto& units = CoreFoundation::ObjectOf<CoreFoundation::String>(text).units();
-  return RefTo(new UUID(CoreFoundation::ParseUUID(units)));
+  const auto& string = CoreFoundation::ObjectOf<CoreFoundation::String>(text);
+  if (string.IsConstant()) return RefTo(&CoreFoundation::ConstantOf(string));
+  return RefTo(new UUID(CoreFoundation::ParseUUID(string.units())));
 }
 
 CFUUIDRef CFUUIDGetConstantUUIDWithBytes(CFAllocatorRef /*allocator*/, UInt8 byte0, UInt8 byte1,

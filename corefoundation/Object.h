@@ -35,6 +35,7 @@ class Object {
   virtual ~Object() = default;
 
   Type type() const { return type_; }
+  bool IsConstant() const { return lifetime_ == Lifetime::kConstant; }
 
   // other is of the same type. Equal objects have equal hashes.
   virtual bool Equals(const Object& other) const = 0;

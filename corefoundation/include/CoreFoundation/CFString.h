@@ -19,7 +19,16 @@ enum {
 
 // A constant string of an ASCII or UTF-8 literal: equal literals give one object, which lives as
 // long as the process and need not be released.
+#ifdef __cplusplus
+// Each place asks once.
+#define CFSTR(literal)                                                                  \
+  ([]() -> CFStringRef {                                                                \
+    static const CFStringRef cf_constant = __CFStringMakeConstantString("" literal ""); \
+    return cf_constant;                                                                 \
+  }())
+#else
 #define CFSTR(literal) __CFStringMakeConstantString("" literal "")
+#endif
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the framework's own name
 CF_EXPORT CFStringRef __CFStringMakeConstantString(const char* literal);
 
