@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -20,6 +21,18 @@ namespace {
 std::string_view Bytes(const char* bytes, int64_t length) {
   Require(length >= 0 && (bytes != nullptr || length == 0), "bytes are missing or of no length");
   return {bytes, static_cast<std::size_t>(length)};
+}
+
+// A port is opened for every operation, mostly the same: the latest text is not read again.
+DeviceURI ReadURI(std::string_view text) {
+  thread_local std::string latest_text;
+  thread_local DeviceURI latest;
+  if (latest_text.empty() || text != latest_text) {
+    latest_text.clear();
+    latest = DeviceURI::Parse(text);
+    latest_text = text;
+  }
+  return latest;
 }
 
 std::unique_ptr<Port> MakePort(DeviceURI uri) {
@@ -116,7 +129,7 @@ void PortInterface::Initialise(int version, const ZIOOpenParameter* parameter) {
   const CFDataRef address = CFCast<CFDataRef>(parameter->portInformation);
   Require(address != nullptr, "the port information is no data");
   const auto* bytes = reinterpret_cast<const char*>(CFDataGetBytePtr(address));
-  port_ = MakePort(DeviceURI::Parse(Bytes(bytes, CFDataGetLength(address))));
+  port_ = MakePort(ReadURI(Bytes(bytes, CFDataGetLength(address))));
 }
 
 void PortInterface::Terminate() {

@@ -53,7 +53,7 @@ bool ReadPdu(std::string_view content, SnmpMessage& message) {
 
 }  // namespace
 
-std::optional<SnmpMessage> ReadSnmpMessage(std::string_view bytes) {
+[[gnu::flatten]] std::optional<SnmpMessage> ReadSnmpMessage(std::string_view bytes) {
   BerReader datagram(bytes);
   const auto content = datagram.Next(kSnmpSequence);
   BerReader body(content.value_or(std::string_view()));

@@ -12,7 +12,6 @@ namespace {
 constexpr long kCommandLimit = 512;  // a command this long is refused
 constexpr long kPayloadLimit = 511;  // the longest payload, bytes
 constexpr long kRequestLimit = 512;  // room in the caller's request buffer, bytes
-constexpr long kPayloadHeader = 4;   // payload bytes in front of the command
 constexpr std::size_t kTagAndLengthLimit = 6;
 
 constexpr unsigned char kTagObjectIdentifier = 0x06;
@@ -41,6 +40,12 @@ class WorkArea {
     return true;
   }
 
+  bool Append(unsigned char byte) {
+    if (end_ == area_.data() + area_.size()) return false;
+    *end_++ = byte;
+    return true;
+  }
+
   bool Prepend(std::initializer_list<unsigned char> bytes) {
     if (Room(area_.data(), begin_) < bytes.size()) return false;
     begin_ -= bytes.size();
@@ -63,7 +68,7 @@ class WorkArea {
     return static_cast<std::size_t>(to - from);
   }
 
-  std::array<unsigned char, 1024> area_{};
+  std::array<unsigned char, 1024> area_;  // what is read of it was written before
   unsigned char* begin_ = area_.data() + area_.size() / 2;
   unsigned char* end_ = begin_;
 };
@@ -88,19 +93,20 @@ bool EndsRemoteMode(const char* command, long length) {
 
 // Appends one sub-identifier (X.690, 8.19: seven bits a byte, most significant first).
 bool AppendSubIdentifier(WorkArea& area, unsigned char value) {
-  if (value < 0x80) return area.Append({value});
+  if (value < 0x80) return area.Append(value);
   return area.Append({0x81, static_cast<unsigned char>(value - 0x80)});
 }
 
 // The payload is a length-prefixed frame: length of the rest, the byte 8, the command's length
 // big-endian, the command; one sub-identifier a byte.
 bool AppendPayload(WorkArea& area, const char* command, long length) {
-  std::array<unsigned char, kPayloadLimit> payload{};
-  if (length + kPayloadHeader > kPayloadLimit) return false;
-  payload = {LowByte(length + 3), 0x08, LowByte(length >> 8), LowByte(length)};
-  std::copy_n(command, length, payload.begin() + kPayloadHeader);
-  return std::all_of(payload.begin(), payload.begin() + kPayloadHeader + length,
-                     [&area](unsigned char value) { return AppendSubIdentifier(area, value); });
+  const unsigned char header[] = {LowByte(length + 3), 0x08, LowByte(length >> 8), LowByte(length)};
+  if (length + static_cast<long>(sizeof(header)) > kPayloadLimit) return false;
+  const auto append = [&area](char byte) {
+    return AppendSubIdentifier(area, static_cast<unsigned char>(byte));
+  };
+  return std::all_of(std::begin(header), std::end(header), append) &&
+         std::all_of(command, command + length, append);
 }
 
 bool BuildRequest(WorkArea& area, const char* command, long length) {

@@ -42,7 +42,9 @@ std::vector<char> PortBytes(const CommandVO& command) {
 }
 
 std::vector<char> InRemoteMode(const CommandVO& command) {
-  std::vector<char> framed(std::begin(CMD_REMOTE_START), std::end(CMD_REMOTE_START));
+  std::vector<char> framed;
+  framed.reserve(sizeof(CMD_REMOTE_START) + command.bytes().size() + sizeof(CMD_REMOTE_END));
+  framed.insert(framed.end(), std::begin(CMD_REMOTE_START), std::end(CMD_REMOTE_START));
   framed.insert(framed.end(), command.bytes().begin(), command.bytes().end());
   framed.insert(framed.end(), std::begin(CMD_REMOTE_END), std::end(CMD_REMOTE_END));
   return framed;
