@@ -24,11 +24,10 @@ constexpr int kNoDigit = -1;
 constexpr auto kDigitValues = [] {
   std::array<std::int8_t, 0x80> values{};
   for (auto& value : values) value = kNoDigit;
-  for (int i = 0; i < 10; ++i)
-    values[static_cast<std::size_t>('0' + i)] = static_cast<std::int8_t>(i);
-  for (int i = 10; i < 16; ++i) {
-    values[static_cast<std::size_t>('a' + i - 10)] = static_cast<std::int8_t>(i);
-    values[static_cast<std::size_t>('A' + i - 10)] = static_cast<std::int8_t>(i);
+  for (const std::string_view digits : {"0123456789abcdef", "0123456789ABCDEF"}) {
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+      values[static_cast<unsigned char>(digits[i])] = static_cast<std::int8_t>(i);
+    }
   }
   return values;
 }();
