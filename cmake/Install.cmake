@@ -30,7 +30,12 @@ install(CODE [[
   endif()
 ]])
 
-install(TARGETS virtual-printer RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS printer-media virtual-printer RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES printer_media/completions/printer-media.bash
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME printer-media)
+install(FILES printer_media/completions/_printer-media
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+install(FILES printer_media/printer-media.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
 # What a plug-in is built with. The flags are found from where the file lies, so that they stay right
 # when the prefix is moved; nothing in it depends on the machine's architecture.

@@ -1,10 +1,13 @@
 """list, status, firmware, names, get, set and init against virtual printers."""
 
+import json
 import os
+import shutil
+import subprocess
 import sys
 import unittest
 
-from companion import BINARIES, PROGRAM, Companion
+from companion import PROGRAM, Companion
 
 SILENT = "&timeout=50&retries=1"
 PRINTERS = [
@@ -185,23 +188,21 @@ class Commands(unittest.TestCase):
         self.assertEqual(status, 0, shown)
         self.assertEqual(self.settings("STUDIO 2", "3")["MediaSuction"], 4)
 
-    def test_worker_beside_the_program(self):
-        del self.companion.environment["PRINTER_NATIVE_PROCESS"]
-        try:
-            status, _, errors = self.run_words("list")
-        finally:
-            self.companion.environment["PRINTER_NATIVE_PROCESS"] = self.companion.path(
-                "PrinterNativeProcess")
-        self.assertEqual(status, 0, errors)  # of the shipped list, which names no printers
-        self.assertTrue(os.path.samefile(os.path.dirname(PROGRAM), BINARIES))
-        self.companion.environment["PRINTER_NATIVE_PROCESS"] = "/nowhere"
-        try:
-            status, _, errors = self.run_words("list")
-        finally:
-            self.companion.environment["PRINTER_NATIVE_PROCESS"] = self.companion.path(
-                "PrinterNativeProcess")
-        self.assertEqual(status, 3)
-        self.assertIn("/nowhere cannot be started: No such file", errors)
+    def test_where_the_worker_is_looked_for(self):
+        environment = dict(self.companion.environment)
+        root = self.companion.path("installation")
+        os.makedirs(os.path.join(root, "bin"))
+        os.makedirs(os.path.join(root, "libexec"))
+        os.symlink(self.companion.folder, os.path.join(root, "libexec", "printer-native-process"))
+        installed = shutil.copy(PROGRAM, os.path.join(root, "bin"))
+        del environment["PRINTER_NATIVE_PROCESS"]
+        for program, count in ((PROGRAM, 0), (installed, len(PRINTERS))):
+            output = subprocess.check_output([program, "list", "--json"], env=environment)
+            self.assertEqual(len(json.loads(output)), count)
+        environment["PRINTER_NATIVE_PROCESS"] = "/nowhere"
+        ended = subprocess.run([PROGRAM, "list"], env=environment, capture_output=True, text=True)
+        self.assertEqual(ended.returncode, 3)
+        self.assertIn("/nowhere cannot be started: No such file", ended.stderr)
 
 
 unittest.main(argv=sys.argv[:1])
