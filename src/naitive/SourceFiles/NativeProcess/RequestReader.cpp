@@ -15,7 +15,11 @@ namespace Ravik {
 
 namespace {
 
-using std::string_view_literals::operator""sv;
+constexpr std::string_view kCommand = "Command";
+constexpr std::string_view kPrinterName = "PrinterName";
+constexpr std::string_view kDeviceName = "DeviceName";
+constexpr std::string_view kParameter = "Parameter";
+constexpr std::string_view kFilePath = "FilePath";
 
 // What may still be opened inside one another.
 struct Nesting {
@@ -231,11 +235,11 @@ class RequestContext : public ValueContext {
   }
 
   bool parse_object_item(Position::Input& in, std::string_view key) {
-    if (key == "Command"sv) return Parse(TextContext(nesting(), members_.command), in);
-    if (key == "PrinterName"sv) return Parse(TextContext(nesting(), members_.printer_name), in);
-    if (key == "DeviceName"sv) return Parse(TextContext(nesting(), members_.device_name), in);
-    if (key == "FilePath"sv) return Parse(TextContext(nesting(), members_.file_path), in);
-    if (key == "Parameter"sv) return Parse(ParametersContext(nesting(), members_), in);
+    if (key == kCommand) return Parse(TextContext(nesting(), members_.command), in);
+    if (key == kPrinterName) return Parse(TextContext(nesting(), members_.printer_name), in);
+    if (key == kDeviceName) return Parse(TextContext(nesting(), members_.device_name), in);
+    if (key == kFilePath) return Parse(TextContext(nesting(), members_.file_path), in);
+    if (key == kParameter) return Parse(ParametersContext(nesting(), members_), in);
     return Parse(ValueContext(nesting()), in);
   }
 
