@@ -1,5 +1,8 @@
 #include "printer_media/CommandLine.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstring>
@@ -197,6 +200,13 @@ Exit RunCommand(Command command, const Options& options) {
   EndInterrupted(*interruption);
 }
 
+// What is opened later is not to take the place of a standard stream that is closed.
+void OccupyStandardDescriptors() {
+  int descriptor = open("/dev/null", O_RDONLY);
+  while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = open("/dev/null", O_RDONLY);
+  if (descriptor >= 0) close(descriptor);
+}
+
 // The names of the commands.
 std::vector<std::string> CommandNames(const CLI::App& app) {
   std::vector<std::string> names;
@@ -230,6 +240,7 @@ int Run(int argc, char* argv[]) {
     PrintCompletions(argv[2]);
     return static_cast<int>(Exit::kDone);
   }
+  OccupyStandardDescriptors();
   CatchSignals();
   Options options;
   CLI::App app(kAbout, "printer-media");

@@ -34,14 +34,21 @@ struct Pipe {
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
       throw std::system_error(errno, std::generic_category(), "pipe");
     }
+    // The sets that are waited for hold no higher ones.
+    if (std::max(ends[0], ends[1]) >= FD_SETSIZE) {
+      CloseAll();
+      throw std::system_error(EMFILE, std::generic_category(), "pipe");
+    }
   }
-  ~Pipe() {
+  ~Pipe() { CloseAll(); }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  void CloseAll() {
     for (const int end : ends) {
       if (end >= 0) close(end);
     }
   }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
 
   // Our end, which waits for nothing.
   int Take(std::size_t end) {

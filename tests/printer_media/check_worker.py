@@ -4,11 +4,12 @@ import json
 import os
 import re
 import signal
+import subprocess
 import sys
 import time
 import unittest
 
-from companion import SOURCES, Fake, listed
+from companion import PROGRAM, SOURCES, Fake, listed
 
 STUDIO = listed("QM-R410 Series")
 STATUS = ["status", "QM-R410 Series"]
@@ -87,6 +88,14 @@ class Worker(unittest.TestCase):
             self.assertEqual(process.returncode, -sent)
             self.assertIn(told, errors.decode())
             self.assertTrue(fake.worker_is_gone())
+
+    def test_closed_standard_streams(self):
+        fake = self.fake({"GetPrinterList": STUDIO})
+        for closed, expected in (("<&-", 0), (">&-", 4), ("2>&-", 0), ("<&- >&- 2>&-", 4)):
+            command = ["sh", "-c", f'exec "$0" list {closed}', PROGRAM]
+            ended = subprocess.run(command, env=fake.environment, capture_output=True)
+            self.assertEqual(ended.returncode, expected, (closed, ended.stderr))
+            self.assertEqual(b"QM-R410" in ended.stdout, expected == 0)
 
     def test_every_result_code_is_explained(self):
         codes = re.findall(r"^\| (-\d) \|", document("protocol.md"), re.M)
