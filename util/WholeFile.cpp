@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -24,8 +25,7 @@ std::error_code LastError() {
   return {errno, std::generic_category()};
 }
 
-std::error_code CheckKind(const FileDescriptor& file) {
-  struct stat status;
+std::error_code CheckKind(const FileDescriptor& file, struct stat& status) {
   if (fstat(file.get(), &status) != 0) return LastError();
   if (!S_ISREG(status.st_mode)) return std::make_error_code(std::errc::invalid_argument);
   if (status.st_size > kMaximumSize) return std::make_error_code(std::errc::file_too_large);
@@ -63,19 +63,26 @@ void SyncFolder(const std::string& folder) {
 std::string ReadWholeFile(const std::string& path, std::error_code& error) {
   // O_NONBLOCK: opening a pipe would wait for its writer.
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  error = file ? CheckKind(file) : LastError();
+  struct stat status {};
+  error = file ? CheckKind(file, status) : LastError();
   // Sockets, and devices that are not there, are other kinds of file that do not open.
   if (error == std::errc::no_such_device_or_address) {
     error = std::make_error_code(std::errc::invalid_argument);
   }
   std::string bytes;
-  char block[16384];
+  std::size_t done = 0;
+  const auto size = static_cast<std::size_t>(status.st_size);
   while (!error) {
-    const ssize_t length = read(file.get(), block, sizeof(block));
-    if (length == 0) return bytes;
-    if (length > 0) bytes.append(block, static_cast<std::size_t>(length));
+    // Room for the end too: it is found by reading, since the file may be growing.
+    if (done == bytes.size()) bytes.resize(std::max(size, 2 * done) + 1);
+    const ssize_t length = read(file.get(), bytes.data() + done, bytes.size() - done);
+    if (length == 0) {
+      bytes.resize(done);
+      return bytes;
+    }
+    if (length > 0) done += static_cast<std::size_t>(length);
     if (length < 0 && errno != EINTR) error = LastError();
-    if (bytes.size() > kMaximumSize) error = std::make_error_code(std::errc::file_too_large);
+    if (done > kMaximumSize) error = std::make_error_code(std::errc::file_too_large);
   }
   return {};
 }
