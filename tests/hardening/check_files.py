@@ -74,7 +74,8 @@ def faults(path):
 
 def offered_names(path):
     symbols = output("nm", "-D", "--defined-only", path)
-    return {line.split()[-1] for line in symbols.splitlines()}
+    # A version is that of a library's variable, which a program has in its own memory.
+    return {line.split()[-1] for line in symbols.splitlines() if "@" not in line}
 
 
 def copy_faults(paths):
