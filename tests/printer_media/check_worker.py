@@ -6,7 +6,6 @@ import re
 import signal
 import subprocess
 import sys
-import time
 import unittest
 
 from companion import PROGRAM, SOURCES, Fake, listed
@@ -82,7 +81,7 @@ class Worker(unittest.TestCase):
         for words, sent, told in ((STATUS, signal.SIGTERM, "interrupted\n"),
                                   (write, signal.SIGINT, "record 3 of \"QM-R410 Series\" may be")):
             process = fake.start(*words)
-            time.sleep(1)
+            fake.wait_for_worker()
             process.send_signal(sent)
             _, errors = process.communicate(timeout=10)
             self.assertEqual(process.returncode, -sent)

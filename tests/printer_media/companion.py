@@ -101,6 +101,13 @@ class Fake(Companion):
         self.environment = dict(os.environ, PRINTER_NATIVE_PROCESS=FAKE_WORKER,
                                 FAKE_PID=self.path("pid"), FAKE_ANSWERS=json.dumps(answers))
 
+    def wait_for_worker(self):
+        """Until it is asked what it does not answer."""
+        end = time.monotonic() + TIME_LIMIT_S
+        while not os.path.exists(self.path("pid.waits")) and time.monotonic() < end:
+            time.sleep(0.01)
+        os.remove(self.path("pid.waits"))
+
     def worker_is_gone(self):
         with open(self.path("pid")) as file:
             pid = int(file.read())

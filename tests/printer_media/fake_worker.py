@@ -25,6 +25,8 @@ def act(answer):
         signal.signal(signal.SIGTERM, signal.SIG_IGN)
     if answer in ("hang", "stubborn"):
         print("waiting", file=sys.stderr, flush=True)
+        with open(os.environ["FAKE_PID"] + ".waits", "w"):
+            pass
         time.sleep(60)
     if answer.startswith("say:"):
         said, answer = answer[4:].split("\0")
