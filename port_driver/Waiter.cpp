@@ -44,20 +44,26 @@ Waiter::~Waiter() {
   const FileDescriptor surplus(spare_event.exchange(event_.release()));
 }
 
+// One that was announced but has not set the event yet is taken the next time.
 void Waiter::Start() {
-  uint64_t count = 0;
-  while (is_set_.exchange(false) && ::read(event_.get(), &count, sizeof count) < 0 &&
-         errno == EINTR) {
-    is_set_ = true;
+  if (announced_ == taken_) {
+    return;
   }
+  uint64_t count = 0;
+  ssize_t length = 0;
+  do {
+    length = ::read(event_.get(), &count, sizeof count);
+  } while (length < 0 && errno == EINTR);
+  taken_ += length > 0 ? count : 0;
 }
 
 void Waiter::Cancel() {
-  // Fails only when the event is set already, beyond counting.
+  ++announced_;
+  // Fails only when the event is set already, beyond counting. The operation that it ends may be
+  // the last one: afterwards the waiter may be gone.
   const uint64_t one = 1;
   while (::write(event_.get(), &one, sizeof one) < 0 && errno == EINTR) {
   }
-  is_set_ = true;
 }
 
 bool Waiter::Wait(std::vector<pollfd>& set, const Deadline& deadline) {
@@ -70,7 +76,6 @@ bool Waiter::Wait(std::vector<pollfd>& set, const Deadline& deadline) {
     throw DriverError::System("poll", errno);
   }
   if (count > 0 && joined.IsCancelled()) {
-    is_set_ = true;  // Cancel may not have come so far
     throw DriverError(DriverCode::kCancelled, "the operation was cancelled");
   }
   return count > 0;

@@ -5,6 +5,7 @@
 #include <poll.h>
 
 #include <atomic>
+#include <cstdint>
 #include <vector>
 
 #include "port_driver/Deadline.h"
@@ -37,8 +38,9 @@ class Waiter {
 
  private:
   FileDescriptor event_;
-  std::atomic<bool> is_set_{false};  // whether the event may be
-  static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler writes it");
+  std::atomic<uint64_t> announced_{0};  // cancellations, each before it sets the event
+  uint64_t taken_ = 0;                  // of them, off the event
+  static_assert(std::atomic<uint64_t>::is_always_lock_free, "a signal handler counts");
 };
 
 }  // namespace ZIOP
