@@ -11,6 +11,7 @@
 
 #include "GantryCore/CommandConvertTable.h"
 #include "GantryCore/PrinterReply.h"
+#include "GantryCore/TransferText.h"
 #include "ModelInfomation/ModelInfomation.h"
 #include "ModelInfomation/ParameterName.h"
 #include "fuzz/Conversions.h"
@@ -104,6 +105,9 @@ void CheckReply(const std::string& device_name, COMMAND_KEY key, const Bytes& re
   error = Ravik::ERROR_NONE;
   const bool analysed =
       CPrinterReply::AnalysisCommandReply(device_name, key, command, values, error);
+  const std::string traced = Ravik::TransferText::OfReply(device_name, key, command);
+  FUZZ_CHECK(
+      std::all_of(traced.begin(), traced.end(), [](char c) { return c >= ' ' && c <= '~'; }));
   Ravik::ReplyInfoVO info;
   FUZZ_CHECK(Ravik::CModelInfomation::GetInstance().ReadReplyInfo(device_name, key, info));
   CheckBody(reply, &info.header);

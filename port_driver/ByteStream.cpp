@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "port_driver/DriverTrace.h"
+
 namespace ZIOP {
 namespace {
 
@@ -16,6 +18,7 @@ constexpr std::chrono::milliseconds kRest{5};
 void ByteStream::Write(std::string_view bytes) {
   try {
     PrepareToWrite(bytes);
+    Trace(name(), "send", bytes);
     SendAll(bytes);
   } catch (...) {
     Abort();
@@ -40,6 +43,7 @@ std::size_t ByteStream::Read(char* buffer, std::size_t capacity) {
     throw connected ? Timeout("the printer sent nothing")
                     : DriverError(DriverCode::kPrinter, "the printer closed the connection");
   }
+  Trace(name(), "recv", {buffer, length});
   return length;
 }
 

@@ -52,6 +52,9 @@ class ByteStream {
 
   virtual int descriptor() const = 0;
 
+  // The port in a trace.
+  virtual const char* name() const = 0;
+
   // One try, which gives how many bytes went, 0 if none can go now; receiving gives kHungUp at the
   // end of the stream.
   virtual std::size_t TryToSend(std::string_view bytes) = 0;

@@ -37,6 +37,7 @@ class LocalDevice : public ByteStream {
   void PrepareToRead() override;
   void Abort() override;
   int descriptor() const override { return file_.get(); }
+  const char* name() const override { return "local"; }
   std::size_t TryToSend(std::string_view bytes) override;
   std::size_t TryToReceive(char* buffer, std::size_t capacity) override;
 

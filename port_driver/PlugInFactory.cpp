@@ -8,6 +8,7 @@
 #include "corefoundation/Foundation.h"
 #include "port_driver/PortInfoInterface.h"
 #include "port_driver/PortInterface.h"
+#include "util/ProcessTrace.h"
 
 namespace ZIOP {
 namespace {
@@ -89,5 +90,6 @@ extern "C" __attribute__((visibility("default"))) void* ZIOPlugInFactory(CFAlloc
   if (type == nullptr || !CFEqual(type, ZIOP::Known().type)) {
     return nullptr;
   }
+  Ravik::ProcessTrace::Start("ZIOP");
   return new (std::nothrow) ZIOP::Instance(&ZIOP::kTable);
 }

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "corefoundation/Foundation.h"
+#include "port_driver/DriverTrace.h"
 #include "port_driver/FunctionTable.h"
 #include "port_driver/LocalPort.h"
 #include "port_driver/NetworkPort.h"
@@ -49,7 +50,7 @@ class PortInterface : public ZIOPortInterface {
   void Initialise(int version, const ZIOOpenParameter* parameter);
   void Terminate();
   void Open() { port().Open(); }
-  void Close() { port().Close(); }
+  void Close();
   void Control(long selector, void* block);
   void Cancel() { port().Cancel(); }
   void Write(char* bytes, long* length);
@@ -68,7 +69,8 @@ class PortInterface : public ZIOPortInterface {
 
   ZIOErrorCallback callback_ = nullptr;
   void* context_ = nullptr;
-  std::unique_ptr<Port> port_;  // from initialise to terminate
+  std::unique_ptr<Port> port_;         // from initialise to terminate
+  const char* port_name_ = "network";  // in a trace
 };
 
 PortInterface& Self(ZIOPortInterface* interface) {
@@ -129,12 +131,21 @@ void PortInterface::Initialise(int version, const ZIOOpenParameter* parameter) {
   const CFDataRef address = CFCast<CFDataRef>(parameter->portInformation);
   Require(address != nullptr, "the port information is no data");
   const auto* bytes = reinterpret_cast<const char*>(CFDataGetBytePtr(address));
-  port_ = MakePort(ReadURI(Bytes(bytes, CFDataGetLength(address))));
+  const std::string_view text = Bytes(bytes, CFDataGetLength(address));
+  DeviceURI uri = ReadURI(text);
+  port_name_ = uri.isLocal() ? "local" : "network";
+  if (IsTraced()) Trace(port_name_, "open", {}, Ravik::TraceQuoted(text, kMaximumURILength));
+  port_ = MakePort(std::move(uri));
 }
 
 void PortInterface::Terminate() {
   Require(port_ != nullptr, "the interface is not initialised");
   port_.reset();
+}
+
+void PortInterface::Close() {
+  port().Close();
+  Trace(port_name_, "close", {});
 }
 
 void PortInterface::Control(long selector, void* block) {
@@ -187,6 +198,7 @@ void PortInterface::GetInfo(ZIOXInfo*) {
 }
 
 void PortInterface::Report(DriverCode code, const char* message) noexcept {
+  TraceFailure(port_name_, code, message);
   if (callback_ == nullptr) {
     return;
   }

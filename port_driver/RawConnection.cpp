@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "port_driver/DriverError.h"
+#include "port_driver/DriverTrace.h"
 
 namespace ZIOP {
 namespace {
@@ -39,11 +40,13 @@ void RawConnection::Connect() {
       if (left == 1 || error.code() == DriverCode::kCancelled) {
         throw;
       }
+      Trace("raw", "failed", {}, error.what());
     }
   }
 }
 
 FileDescriptor RawConnection::ConnectTo(const HostAddress& address, const Deadline& deadline) {
+  if (IsTraced()) Trace("raw", "connect", {}, TraceDestination(address));
   FileDescriptor descriptor(
       ::socket(address.family(), SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP));
   if (!descriptor) {

@@ -36,6 +36,7 @@ class RawConnection : public ByteStream {
   void PrepareToRead() override { Connect(); }
   void Abort() override;
   int descriptor() const override { return socket_.get(); }
+  const char* name() const override { return "raw"; }
   std::size_t TryToSend(std::string_view bytes) override;
   std::size_t TryToReceive(char* buffer, std::size_t capacity) override;
 

@@ -75,7 +75,7 @@ SnmpClient::Buffer::~Buffer() {
 
 SnmpClient::SnmpClient(const DeviceURI& uri, const std::vector<HostAddress>& addresses,
                        Waiter& waiter)
-    : uri_(uri), waiter_(waiter), addresses_(addresses) {
+    : uri_(uri), waiter_(waiter), addresses_(addresses), trace_(uri) {
   Connect();
 }
 
@@ -87,7 +87,8 @@ void SnmpClient::Connect() {
     try {
       const HostAddress address = each.WithPort(uri_.snmpPort);
       fresh.push_back({ConnectDatagramSocket(address), address});
-    } catch (const DriverError&) {
+    } catch (const DriverError& error) {
+      Trace("snmp", "failed", {}, error.what());
       // One family of addresses may have no route while the other has.
       if (fresh.empty() && &each == &addresses_.back()) {
         throw;
@@ -107,9 +108,11 @@ std::string_view SnmpClient::Exchange(std::string_view request) {
     Connect();
   }
   for (int attempt = 0; attempt <= uri_.retries; ++attempt) {
+    trace_.Start(attempt);
     if (Try(request, *asked)) {
       return answer_;
     }
+    trace_.TimedOut();
     TurnToNextAddress();
   }
   throw DriverError(DriverCode::kTimeout, Failure());
@@ -138,6 +141,7 @@ bool SnmpClient::Try(std::string_view request, const SnmpMessage& asked) {
 
 void SnmpClient::Send(std::string_view request) {
   Socket& socket = sockets_[active_];
+  trace_.Sending(request, socket.address);
   // What became of an earlier datagram is reported once, and in place of sending.
   for (int i = 0; i < 2; ++i) {
     if (::send(socket.descriptor.get(), request.data(), request.size(), MSG_NOSIGNAL) >= 0) {
@@ -145,6 +149,7 @@ void SnmpClient::Send(std::string_view request) {
       return;
     }
     socket.lastError = errno;
+    TraceFailedCall("snmp", "send", socket.lastError);
   }
   if (!IsPassing(socket.lastError)) {
     throw DriverError::System("send", socket.lastError);
@@ -172,14 +177,17 @@ bool SnmpClient::Receive(Socket& socket, const SnmpMessage& asked) {
     }
     if (length < 0) {
       socket.lastError = errno;  // what became of an earlier datagram
+      TraceFailedCall("snmp", "recv", socket.lastError);
       continue;
     }
     answer_ = std::string_view(buffer_.data(), static_cast<std::size_t>(length));
     const auto answer = ReadSnmpMessage(answer_);
     if (answer && AnswersRequest(*answer, asked, uri_.matchesIdOnly) &&
         ComesFrom(sender, socket.descriptor.get(), socket.address)) {
+      trace_.Received(answer_, *answer);
       return true;
     }
+    trace_.Ignored(answer_, answer ? &*answer : nullptr, asked);
   }
   return false;
 }

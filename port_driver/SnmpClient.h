@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "port_driver/DeviceURI.h"
+#include "port_driver/DriverTrace.h"
 #include "port_driver/HostAddress.h"
 #include "port_driver/SnmpMessage.h"
 #include "port_driver/Waiter.h"
@@ -68,6 +69,7 @@ class SnmpClient {
   std::size_t active_ = 0;  // the one that requests are sent on
   Buffer buffer_;
   std::string_view answer_;
+  SnmpTrace trace_;
 };
 
 }  // namespace ZIOP

@@ -3,6 +3,7 @@
 #include "GantryCore/IPrinterLibrary.h"
 #include "GantryCore/PrinterCommand.h"
 #include "GantryCore/PrinterReply.h"
+#include "printer_control/TransferTrace.h"
 #include "printer_io/SearchPrinterMac.h"
 
 namespace Ravik {
@@ -25,17 +26,50 @@ bool OpenAndTransfer(const PrinterVO& printer, APPLICATION_ERROR& error, Transfe
   return closed;
 }
 
+// What a command travels over, unless it is print data.
+const char* PortName(const IPrinterLibrary& library, const CPrinterCommand& command) {
+  if (!library.IsNetworkAccess()) return "local";
+  return command.IsRemote() ? "snmp" : "raw";
+}
+
+// Sends a read command and takes the reply to it.
+bool TransferRead(IPrinterLibrary& library, const CPrinterCommand& command,
+                  const TransferTrace& trace, CommandVO& reply) {
+  const char* const port = PortName(library, command);
+  const CommandVO bytes = command.GetCommand();
+  trace.Command(port, bytes);
+  const bool transferred = command.IsRemote() ? library.SendCommand(bytes, &reply)
+                                              : library.SendCommandD4(bytes, &reply);
+  if (transferred) trace.Reply(port, reply);
+  return transferred;
+}
+
+// Sends a write command, with the command "SV" in the same transfer, as print data.
+bool TransferSpooled(IPrinterLibrary& library, const CPrinterCommand& command,
+                     const TransferTrace& trace) {
+  trace.Command("raw", command.GetCommand());
+  if (command.IsSVCmd()) TransferTrace::Save("raw", CPrinterCommand::GetSVCommand());
+  return library.SendSpooler(command.GetCommandForSpooler());
+}
+
 // Sends a write command on the path that the connection and the command call for.
-bool TransferWrite(IPrinterLibrary& library, const CPrinterCommand& command) {
+bool TransferWrite(IPrinterLibrary& library, const CPrinterCommand& command,
+                   const TransferTrace& trace) {
   if (library.IsNetworkAccess() && !command.IsBGJC()) {
-    return library.SendSpooler(command.GetCommandForSpooler());
+    return TransferSpooled(library, command, trace);
   }
+  const char* const port = PortName(library, command);
   const auto send = [&](const CommandVO& bytes) {
     return command.IsRemote() ? library.SendCommand(bytes, nullptr)
                               : library.SendCommandD4(bytes, nullptr);
   };
-  if (!send(command.GetCommand())) return false;
-  return !command.IsSVCmd() || send(command.GetSVCommand());
+  const CommandVO bytes = command.GetCommand();
+  trace.Command(port, bytes);
+  if (!send(bytes)) return false;
+  if (!command.IsSVCmd()) return true;
+  const CommandVO save = CPrinterCommand::GetSVCommand();
+  TransferTrace::Save(port, save);
+  return send(save);
 }
 
 }  // namespace
@@ -53,7 +87,10 @@ bool CPrinterController::Read(COMMAND_KEY key, const PrinterVO& printer, const P
     return false;
   }
   CommandVO reply;
-  if (!SendCommand(printer, command.GetCommand(), !command.IsRemote(), &reply, error)) return false;
+  const auto transfer = [&](IPrinterLibrary& library) {
+    return TransferRead(library, command, TransferTrace(printer.deviceName(), key), reply);
+  };
+  if (!OpenAndTransfer(printer, error, transfer)) return false;
   return CPrinterReply::AnalysisCommandReply(printer.deviceName(), key, reply, out, error);
 }
 
@@ -66,7 +103,8 @@ bool CPrinterController::Write(COMMAND_KEY key, const PrinterVO& printer, const 
   }
   CPrinterCommand command;
   const bool transferred =
-      command.Set(printer.deviceName(), key, in) && TransferWrite(library, command);
+      command.Set(printer.deviceName(), key, in) &&
+      TransferWrite(library, command, TransferTrace(printer.deviceName(), key));
   if (!library.CloseLibrary()) {
     error = ERROR_CLOSE;
     return false;

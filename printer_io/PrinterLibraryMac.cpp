@@ -8,6 +8,7 @@
 #include "GantryCore/IPrinterLibrary.h"
 #include "corefoundation/Foundation.h"
 #include "printer_control/StatusReply.h"
+#include "printer_control/TransferTrace.h"
 #include "printer_io/CZIOCommon.h"
 #include "printer_io/RemoteMode.h"
 #include "printer_io/ZIOPlugin.h"
@@ -95,6 +96,7 @@ bool IPrinterLibrary::OpenLibrary(const std::string& printer_name) {
   if (port_ == nullptr) return false;
   try {
     *port_ = MakePort(printer_name);
+    if (*port_ == nullptr) TransferTrace::UnknownPrinter(printer_name);
     if (*port_ != nullptr && (*port_)->OpenPrinterPort() == 0) return true;
   } catch (const NSException&) {
     // The stored record is not what it should be: the printer cannot be opened.
@@ -147,11 +149,14 @@ bool IPrinterLibrary::IsNetworkAccess() const {
 bool IPrinterLibrary::GetStatus(StatusReply& status) {
   if (Port() == nullptr) return false;
   StatusBuffer text{};
+  const char* const port = IsNetworkAccess() ? "snmp" : "local";
+  TransferTrace::StatusRequest(port);
   if (Port()->GetStatus(text.data()) != 0) return false;
   const auto text_end = std::find(text.begin(), text.end(), '\0');
   const auto separator = std::search(text.begin(), text_end, std::begin(szCrLf), std::end(szCrLf));
   if (separator == text_end) return false;
   StoreStatus(separator + sizeof(szCrLf), text.end(), status);
+  TransferTrace::Status(port, {text.data(), text.size()}, status);
   return true;
 }
 

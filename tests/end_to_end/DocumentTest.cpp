@@ -1,6 +1,8 @@
 // The examples in docs/ are what the system does.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -54,6 +56,11 @@ Bytes Hex(const std::string& page, const std::string& name) {
     }
   }
   return bytes;
+}
+
+std::string File(const std::string& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::string Printed(const Ravik::ParameterMapVO& map) {
@@ -111,6 +118,37 @@ TEST(Document, RepliesAndStatus) {
   out = {};
   Ravik::CPrinterReply::AnalysisStatusReply(kDevice, asked, status, out, error);
   EXPECT_EQ(Printed(out), Example("status.md", "json status"));
+}
+
+// What differs from run to run made equal, and the lines of one side alone: those of the two sides
+// of a port are a matter of the clock.
+std::string TraceOf(const std::string& programs, const std::string& trace) {
+  std::string lines;
+  std::istringstream text(trace);
+  for (std::string line; std::getline(text, line);) {
+    line = std::regex_replace(line, std::regex("^\\S+Z "), "");
+    line = std::regex_replace(line, std::regex(R"(\[\d+\])"), "[]");
+    line = std::regex_replace(line, std::regex(R"(127\.0\.0\.1:\d+(\?snmp=\d+)?)"), "ADDRESS");
+    line = std::regex_replace(line, std::regex(R"(ms=[0-9.]+)"), "ms=");
+    if (std::regex_search(line, std::regex("^(" + programs + ")\\["))) lines += line + '\n';
+  }
+  return lines;
+}
+
+TEST(Document, Trace) {
+  const WorkerFolder folder({});
+  const auto path = [&](const char* name) { return (folder.path() / name).string(); };
+  VirtualPrinter studio(kDevice, {"--trace"}, Link::kNetwork, path("printer"));
+  folder.List({{"Studio", kDevice, studio.Uri()}});
+  folder.Run(Line(kList));
+  Process worker = folder.Start("PRINTER_TRACE=\"${0%/*}/trace\" exec \"$0\"");
+  worker.Write(Line(Request("GetCustomMediaInfo", "Studio", kDevice,
+                            R"({"CustomMediaNo":3,"CommandVersion":0})")));
+  worker.ReadAll();
+  EXPECT_TRUE(studio.Stop());
+  const std::string page = Example("trace.md", "text trace");
+  EXPECT_EQ(TraceOf("worker|driver", File(path("trace"))), TraceOf("worker|driver", page));
+  EXPECT_EQ(TraceOf("printer", File(path("printer"))), TraceOf("printer", page));
 }
 
 TEST(Document, Conversation) {

@@ -47,9 +47,9 @@ std::string ReadFile(const fs::path& path) {
 }  // namespace
 
 VirtualPrinter::VirtualPrinter(const std::string& model, const std::vector<std::string>& options,
-                               Link link)
+                               Link link, const std::string& errorFile)
     : local_(link == Link::kLocal ? LocalPath() : fs::path()),
-      process_(PrinterCommand(model, options, local_), "/dev/stderr") {
+      process_(PrinterCommand(model, options, local_), errorFile) {
   picojson::value ready;
   const std::string error = picojson::parse(ready, process_.ReadUntil("\n"));
   if (!error.empty()) throw std::runtime_error("virtual-printer: " + error);

@@ -17,7 +17,7 @@ enum class Link { kNetwork, kLocal };
 class VirtualPrinter {
  public:
   explicit VirtualPrinter(const std::string& model, const std::vector<std::string>& options = {},
-                          Link link = Link::kNetwork);
+                          Link link = Link::kNetwork, const std::string& errorFile = "/dev/stderr");
   ~VirtualPrinter();
   VirtualPrinter(const VirtualPrinter&) = delete;
   VirtualPrinter& operator=(const VirtualPrinter&) = delete;
