@@ -1,13 +1,7 @@
-# Where `cmake --install` puts everything: the places of the GNU standards, below a prefix that may be
-# moved afterwards. docs/installation.md is about the same.
+# What `cmake --install` puts where. docs/installation.md is about the same.
 include_guard()
-if(NOT CMAKE_INSTALL_DOCDIR)
-  set(CMAKE_INSTALL_DOCDIR share/doc/printer-native-process CACHE PATH "Documentation" FORCE)
-endif()
-include(GNUInstallDirs)
+include(cmake/Places.cmake)
 
-# The worker finds its plug-in and its list beside itself and nowhere else.
-set(worker_folder ${CMAKE_INSTALL_LIBEXECDIR}/printer-native-process)
 set(bundle_contents ${worker_folder}/ZIO/ZIOP.plugin/Contents)
 
 install(TARGETS PrinterNativeProcess RUNTIME DESTINATION ${worker_folder})
@@ -62,6 +56,12 @@ foreach(section 1 5 7)
   file(GLOB pages CONFIGURE_DEPENDS packaging/man/*.${section})
   install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
 endforeach()
-install(FILES CHANGELOG.md README.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES CHANGELOG.md README.md SECURITY.md packaging/copyright
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
   PATTERN __pycache__ EXCLUDE)
+
+# All that is installed, without tests.
+add_custom_target(shipped)
+add_dependencies(shipped PrinterNativeProcess corefoundation ZIOP libZIOPDiscovery libZIOPNetwork
+  libZIOPQueues printer-media virtual-printer dissector)

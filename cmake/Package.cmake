@@ -11,8 +11,9 @@ speed and so on. A host application starts it and exchanges JSON with it
 through its standard streams. It also lists the printers that the machine
 reaches, and reads their status and firmware version.
 
-The package also holds virtual-printer, a printer to test against, and what
-an I/O plug-in is built with.")
+The package also holds printer-media, which does the same on the command
+line, virtual-printer, a printer to test against, a dissector for Wireshark,
+and what an I/O plug-in is built with.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)

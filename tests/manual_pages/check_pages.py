@@ -44,31 +44,23 @@ def terms(page):
 
 
 def check_form():
-    names = [os.path.basename(path) for path in glob.glob(os.path.join(PAGES, "*"))]
-    for name in names:
-        path = os.path.join(PAGES, name)
+    companion = os.path.join(SOURCES, "printer_media", "printer-media.1")
+    paths = {os.path.basename(path): path for path in [companion, *glob.glob(PAGES + "/*")]}
+    for name, path in paths.items():
         lint = subprocess.run([MANDOC, "-T", "lint", path], stdout=subprocess.PIPE, text=True,
                               check=False).stdout
         # Pages that are not installed; those of the project are looked for below.
         check(not re.sub(".*referenced manual not found.*\n?", "", lint), lint)
         with open(path, encoding="utf-8") as file:
             for page, section in re.findall(r"^\.Xr (\S+) (\d)", file.read(), re.M):
-                check(f"{page}.{section}" in names, name, "names", page, section)
-
-
-def check_options(program):
-    """The page and --help name the same options and defaults; answers both texts."""
-    told = run(os.path.join(BINARIES, program), "--help")
-    page = text(program + ".1")
-    option = r"(?<![\w-])--[a-z][a-z-]*"
-    check(set(re.findall(option, told)) == set(re.findall(option, page)), program,
-          "has other options than its page:",
-          set(re.findall(option, told)) ^ set(re.findall(option, page)))
-    return told, page
+                check(f"{page}.{section}" in paths, name, "names", page, section)
 
 
 def check_virtual_printer(folder):
-    told, page = check_options("virtual-printer")
+    told, page = run(os.path.join(BINARIES, "virtual-printer"), "--help"), text("virtual-printer.1")
+    option = r"(?<![\w-])--[a-z][a-z-]*"
+    both = set(re.findall(option, told)) ^ set(re.findall(option, page))
+    check(not both, "options that are not on both sides:", both)
     faults = set(re.findall(r"^  ([a-z]\S+)  ", told.split("Faults.")[1].split("Device")[0], re.M))
     check(faults == terms("virtual-printer.1"), "faults that are not on both sides:",
           faults ^ terms("virtual-printer.1"))
