@@ -28,7 +28,7 @@ install(TARGETS printer-media virtual-printer RUNTIME DESTINATION ${CMAKE_INSTAL
 install(FILES printer_media/completions/printer-media.bash
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME printer-media)
 install(FILES printer_media/completions/_printer-media
-  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 install(FILES printer_media/printer-media.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
 # What a plug-in is built with. The flags are found from where the file lies, so that they stay right

@@ -19,6 +19,9 @@ file(MAKE_DIRECTORY ${root}/etc/${CPACK_PACKAGE_NAME})
 file(RENAME ${worker}/SupportPrinterList.xml ${root}${list})
 file(CREATE_LINK ${list} ${worker}/SupportPrinterList.xml SYMBOLIC)
 
+# Where Debian's zsh looks for what packages complete.
+file(RENAME ${usr}/share/zsh/site-functions ${usr}/share/zsh/vendor-completions)
+
 # Papers. Debian's own changes have a page of their own.
 set(papers ${CMAKE_CURRENT_LIST_DIR})
 file(READ ${papers}/changelog changes)
