@@ -4,11 +4,35 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "NativeProcess/HostChannel.h"
+
+namespace {
+
+std::size_t largest_block = std::numeric_limits<std::size_t>::max();
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* const block = size <= largest_block ? std::malloc(size) : nullptr;
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
+}
+
+void operator delete(void* block) noexcept {
+  std::free(block);
+}
+
+void operator delete(void* block, std::size_t /*size*/) noexcept {
+  std::free(block);
+}
 
 namespace {
 
@@ -54,6 +78,13 @@ TEST(HostChannel, DropsALineThatItCannotReadToItsEnd) {
   close(ends[0]);
   close(ends[1]);
   EXPECT_EQ(ReadAll(-1), Lines{});
+}
+
+TEST(HostChannel, EndsAtALineThatThereIsNoMemoryFor) {
+  const std::string input = "whole\n" + std::string(1000000, 'l') + "\nnext\n";
+  largest_block = input.size() / 2;
+  EXPECT_EQ(ReadFile(input), Lines{"whole"});
+  largest_block = std::numeric_limits<std::size_t>::max();
 }
 
 TEST(HostChannel, TellsWhyAnAnswerIsLost) {

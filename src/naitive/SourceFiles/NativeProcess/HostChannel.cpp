@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 namespace Ravik {
 
@@ -28,6 +29,16 @@ bool HostChannel::Fill() {
 }
 
 bool HostChannel::ReadLine(std::string& line) {
+  try {
+    return TakeLine(line);
+  } catch (const std::bad_alloc&) {
+    begin_ = end_;
+    has_ended_ = true;
+    return false;
+  }
+}
+
+bool HostChannel::TakeLine(std::string& line) {
   line.clear();
   while (begin_ != end_ || Fill()) {
     const auto size = static_cast<std::size_t>(end_ - begin_);

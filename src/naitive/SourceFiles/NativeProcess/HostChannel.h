@@ -15,8 +15,8 @@ class HostChannel {
   HostChannel(int input, int output) : input_(input), output_(output) {}
 
   // The next line, of any length and with any bytes in it, without its line feed; also a last one
-  // that has none. False at the end of the input, and when it cannot be read: a line that it breaks
-  // off in is lost.
+  // that has none. False at the end of the input, when it cannot be read, and when there is no
+  // memory for a line, which ends the input too: a line that it breaks off in is lost.
   bool ReadLine(std::string& line);
 
   // Writes all of the text, with one call unless the descriptor takes less. False, with the reason
@@ -24,6 +24,9 @@ class HostChannel {
   bool Write(const std::string& text) const;
 
  private:
+  // ReadLine(), but without memory it throws std::bad_alloc.
+  bool TakeLine(std::string& line);
+
   // Reads what is there, up to a block of it; false if there is nothing more to read.
   bool Fill();
 
