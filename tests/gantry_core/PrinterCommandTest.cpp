@@ -37,6 +37,7 @@ TEST(VariablePart, LaysParametersOut) {
                          {"B", {0, 1, 8, VALUE_INTEGER}},
                          {"C", {5, 2, 7, VALUE_INTEGER}}};
   const Fields kHex = {{"A", {0, 2, 0, VALUE_HEX}}};
+  const Fields kOverlapping = {{"A", {5, 1, 9, VALUE_INTEGER}}, {"B", {0, 6, 8, VALUE_INTEGER}}};
   const struct {
     const Fields& fields;
     Values values;
@@ -57,6 +58,7 @@ TEST(VariablePart, LaysParametersOut) {
       {kTexts, {{"A", value("ab")}}, {8, 'a', 'b', 0, 0}},
       {kTexts, {{"A", value("abcdef")}}, {8, 'a', 'b', 'c', 'd', 7, 0, 0, 0}},
       {kHex, {{"A", value("0aFF7G")}}, {0x0A, 0xFF, 0}},
+      {kOverlapping, {}, {8, 0, 0, 0, 0, 0, 0}},
   };
   for (const auto& c : kCases) {
     const ParameterMapVO parameters = Parameters(c.values);

@@ -30,13 +30,17 @@ unsigned int DefaultByte(const _t_COMMAND_INFOMATION& field) {
   return field.defaultValue & 0xFF;
 }
 
-// Copies what the field and the variable part have room for.
+// What the field and the variable part have room for.
+std::size_t Room(const _t_COMMAND_INFOMATION& field, const std::vector<unsigned char>& part) {
+  if (field.position >= part.size()) return 0;
+  return std::min<std::size_t>(field.length, part.size() - field.position);
+}
+
 void CopyToField(const unsigned char* bytes, std::size_t size, const _t_COMMAND_INFOMATION& field,
                  std::vector<unsigned char>& part) {
-  if (field.position >= part.size()) return;
-  const std::size_t room = std::min<std::size_t>(field.length, part.size() - field.position);
-  std::copy_n(bytes, std::min(size, room),
-              part.begin() + static_cast<std::ptrdiff_t>(field.position));
+  const std::size_t copied = std::min(size, Room(field, part));
+  if (copied == 0) return;
+  std::copy_n(bytes, copied, part.begin() + static_cast<std::ptrdiff_t>(field.position));
 }
 
 // These write one parameter and return the length of what it was converted to.
@@ -56,15 +60,14 @@ std::size_t WriteHex(const value& parameter, const _t_COMMAND_INFOMATION& field,
   return bytes.size();
 }
 
-// Little-endian, with zeros, which the part holds already, behind the fourth byte.
+// Little-endian, with zeros behind the fourth byte.
 std::size_t WriteNumber(unsigned int number, const _t_COMMAND_INFOMATION& field,
                         std::vector<unsigned char>& part) {
-  unsigned char bytes[sizeof number];
-  for (unsigned char& byte : bytes) {
-    byte = static_cast<unsigned char>(number & 0xFF);
+  const std::size_t room = Room(field, part);
+  for (std::size_t i = 0; i < room; ++i) {
+    part[field.position + i] = static_cast<unsigned char>(number & 0xFF);
     number >>= 8;
   }
-  CopyToField(bytes, sizeof bytes, field, part);
   return field.length;
 }
 
