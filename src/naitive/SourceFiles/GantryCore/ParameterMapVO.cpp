@@ -55,9 +55,15 @@ bool ParameterMapVO::isKey(const std::string& key) const {
   return FindValues(key) != nullptr;
 }
 
-const value* ParameterMapVO::first(const std::string& key) const {
+const value* ParameterMapVO::At(const std::string& key, int index) const {
   const ParameterValues* const values = FindValues(key);
-  return values == nullptr || values->empty() ? nullptr : &(*values)[0];
+  if (values == nullptr || index < 0) return nullptr;
+  const auto position = static_cast<std::size_t>(index);
+  return position < values->size() ? &(*values)[position] : nullptr;
+}
+
+const value* ParameterMapVO::first(const std::string& key) const {
+  return At(key, 0);
 }
 
 bool ParameterMapVO::find(const std::string& key, value& found) const {
@@ -65,10 +71,9 @@ bool ParameterMapVO::find(const std::string& key, value& found) const {
 }
 
 bool ParameterMapVO::find(const std::string& key, int index, value& found) const {
-  const ParameterValues* const values = FindValues(key);
-  if (values == nullptr) return false;
-  if (index < 0 || static_cast<std::size_t>(index) >= values->size()) return false;
-  found = (*values)[static_cast<std::size_t>(index)];
+  const value* const val = At(key, index);
+  if (val == nullptr) return false;
+  found = *val;
   return true;
 }
 
@@ -77,9 +82,9 @@ bool ParameterMapVO::find(const std::string& key, std::string& text) const {
 }
 
 bool ParameterMapVO::find(const std::string& key, int index, std::string& text) const {
-  value val;
-  if (!find(key, index, val)) return false;
-  text = val.to_str();
+  const value* const val = At(key, index);
+  if (val == nullptr) return false;
+  text = val->to_str();
   return true;
 }
 
@@ -88,11 +93,9 @@ bool ParameterMapVO::find(const std::string& key, int& integer) const {
 }
 
 bool ParameterMapVO::find(const std::string& key, int index, int& integer) const {
-  const ParameterValues* const values = FindValues(key);
-  if (values == nullptr || index < 0 || static_cast<std::size_t>(index) >= values->size()) {
-    return false;
-  }
-  const value& val = (*values)[static_cast<std::size_t>(index)];
+  const value* const found = At(key, index);
+  if (found == nullptr) return false;
+  const value& val = *found;
   RAVIK_ASSERT(val.is<int>());
   integer = val.get<int>();
   return true;

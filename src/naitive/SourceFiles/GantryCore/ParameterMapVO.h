@@ -114,6 +114,9 @@ class ParameterMapVO {
   // The values of the key; null if it is absent.
   const ParameterValues* FindValues(const std::string& key) const;
 
+  // The key's value at index; null if the key is absent or holds no value there.
+  const value* At(const std::string& key, int index) const;
+
   // Appends the object of the values at index.
   void AppendObject(std::string& json, std::size_t index) const;
 
