@@ -9,6 +9,7 @@
 #include "printer_io/ZIOPlugin.h"
 #include "printer_io/ZIOSearchPrinter.h"
 #include "util/CFText.h"
+#include "util/Diagnostics.h"
 #include "util/ZIOLibrary.h"
 
 namespace Ravik {
@@ -29,10 +30,17 @@ void AppendPrinter(std::vector<PrinterVO>& printers, CFTypeRef object) {
   printers.emplace_back(printer_name, device_name);
 }
 
+void ReportUnreadable(const NSString* path) {
+  std::string text;
+  if (!CopyText(path, kCFStringEncodingUTF8, text)) return;
+  ReportLine("PrinterNativeProcess", "no property list: " + Printable(text));
+}
+
 void SearchPrinters(std::vector<PrinterVO>& printers) {
   const CFRef<CFStringRef> list_path = ZIOLibrary::GetSupportPrinterListPath();
   const CFRef<CFStringRef> plugin_path = ZIOLibrary::GetLibraryPath();
   const CFRef<CFDictionaryRef> supported_printers = ReadPropertyListFile(list_path.get());
+  if (!supported_printers) ReportUnreadable(list_path.get());
   ZIOSearchPrinter search(plugin_path.get(), supported_printers.get());
   const CFRef<CFArrayRef> records = search.GetPrinterList();
   const CFIndex count = records ? CFArrayGetCount(records.get()) : 0;

@@ -14,6 +14,9 @@ struct Row {
 
 // The first row counts whose part the line holds.
 constexpr Row kRows[] = {
+    {"no property list:",
+     "The printer list is not there, or its XML is wrong: xmllint --noout FILE says in which "
+     "line."},
     {"SupportedPrinters names no printers",
      "Take the key SupportedPrinters over from the printer list that ships."},
     {"SupportedPrinters lacks",
