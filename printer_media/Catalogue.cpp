@@ -48,7 +48,10 @@ Value ParseNumber(const Parameter& parameter, const std::string& text) {
   const std::vector<std::string> matches = Matches(text, names);
   if (matches.size() == 1) return matches[0];
   const std::optional<int> number = ReadNumber(text);
-  if (!number) Refuse(parameter, text, "there is no such value" + DidYouMean(text, names));
+  if (!number) {
+    const bool is_figure = text.find_first_of("0123456789") == 0;  // another one is no misspelling
+    Refuse(parameter, text, "there is no such value" + (is_figure ? "" : DidYouMean(text, names)));
+  }
   const long byte = static_cast<long>(*number) - parameter.offset;
   if (byte < 0 || byte >= kStays) Refuse(parameter, text, "the number is out of range");
   const NamedValue* const named = FindByte(parameter, static_cast<int>(byte));
@@ -103,6 +106,14 @@ const Family* FindFamily(std::string_view device) {
   });
 }
 
+std::vector<std::string> DeviceNames() {
+  std::vector<std::string> names;
+  for (const Family& family : kFamilies) {
+    names.insert(names.end(), family.devices.begin(), family.devices.end());
+  }
+  return names;
+}
+
 const Layout* FindLayout(const Family& family, int version) {
   return FindRow(family.layouts, [version](const Layout& row) { return row.version == version; });
 }
@@ -138,10 +149,11 @@ const Parameter& ParameterOf(const Family& family, const Layout& layout, const s
       throw Failure(Exit::kUsage, name + " is not a setting: " + HeadAdvice(name));
     }
   }
+  const std::string meant = DidYouMean(name, names);
   throw Failure(Exit::kUsage,
                 std::string(family.models) + ": there is no setting \"" + name + "\" in layout " +
-                    std::to_string(layout.version) + DidYouMean(name, names),
-                "The settings are\n" + AllowedLines(layout));
+                    std::to_string(layout.version) + meant,
+                meant.empty() ? "The settings are\n" + AllowedLines(layout) : "");
 }
 
 Value ParseValue(const Parameter& parameter, const std::string& text) {

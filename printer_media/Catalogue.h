@@ -14,6 +14,9 @@ namespace PrinterMedia {
 // Null when no family has the device name.
 const Family* FindFamily(std::string_view device);
 
+// Those of all families.
+std::vector<std::string> DeviceNames();
+
 // Null when the family does not have the layout.
 const Layout* FindLayout(const Family& family, int version);
 

@@ -152,9 +152,10 @@ void AddGlobal(CLI::App& app, Options& options) {
   app.set_version_flag("--version", "printer-media " PRINTER_MEDIA_VERSION);
   app.add_flag("--json", options.is_json, "Print JSON for programs");
   app.add_option("--answer-time", options.answer_time_s,
-                 "Seconds that printers may take for an answer, which is timeout x (1 + retries) "
-                 "of their device URIs")
-      ->check(CLI::Range(0.001, 100000.0));
+                 "How long printers may take for an answer, from 0.001 to 100000: timeout x "
+                 "(1 + retries) of their device URIs, 4 unless these say otherwise")
+      ->check(CLI::Range(0.001, 100000.0).description(""))
+      ->option_text("SECONDS");
   app.require_subcommand(1, 1);
   for (const char* const label : {"REQUIRED", "TEXT", "INT", "FLOAT", "OPTIONS"}) {
     app.get_formatter()->label(label, std::strcmp(label, "OPTIONS") == 0 ? "OPTION..." : "");

@@ -57,6 +57,14 @@ constexpr NeededFile kFiles[] = {
      "Without it the printing system's queues are not searched."},
 };
 
+// Where the file lies that is beside the worker, or linked from there.
+std::string ListPath(const fs::path& folder) {
+  std::error_code failure;
+  const fs::path path = folder / "SupportPrinterList.xml";
+  const fs::path place = fs::canonical(path, failure);
+  return (failure ? path : place).string();
+}
+
 // What is found, in the order in which it is looked for.
 class Diagnosis {
  public:
@@ -116,7 +124,7 @@ class Diagnosis {
     if (count > 0) return Add(Grade::kGood, "list", Counted(count, "printer"));
     return Add(Grade::kBad, "list", "no printers are listed",
                is_explained ? ""
-                            : "List printers in " + (folder / "SupportPrinterList.xml").string() +
+                            : "List printers in " + ListPath(folder) +
                                   ", or switch on a search there: the key Discovery.");
   }
 
@@ -146,8 +154,8 @@ class Diagnosis {
         return "May this user open its device (for /dev/usb/lp*, mostly the group lp)? Does the "
                "host in its device URI exist?";
       case -6:
-        return "Is it switched on and reachable (snmpget -v1 -c public ADDRESS 1.3.6.1.2.1.1.1.0)? "
-               "Is there a firewall, or another address in its device URI?";
+        return "Is it switched on? Is the address in its device URI right? Does a firewall stop "
+               "SNMP?";
       default:
         return failure.advice();
     }

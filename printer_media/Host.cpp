@@ -127,8 +127,10 @@ const Printer& Host::Find(const std::string& name) {
   if (found->family == nullptr) {
     throw Failure(Exit::kRefused,
                   Quoted(found->name) + " is listed as \"" + found->device +
-                      "\", which is no model that the worker knows",
-                  "List it under one of the device names in docs/parameters.md.");
+                      "\", which is no model that the worker knows" +
+                      DidYouMean(found->device, DeviceNames()),
+                  "Its InfoPrinterName in the printer list is to be a device name of "
+                  "docs/parameters.md, letter for letter.");
   }
   return *found;
 }

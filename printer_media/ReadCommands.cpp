@@ -71,6 +71,12 @@ ordered_json StatusJson(const nlohmann::json& status) {
   return json;
 }
 
+// The bar is gone before the names are printed.
+std::vector<RecordName> ReadNames(Host& host, const Printer& printer) {
+  Progress progress("reading names");
+  return host.Names(printer, [&](int last) { progress.Show(last, kLastRecord); });
+}
+
 void PrintNames(const std::vector<RecordName>& records) {
   std::vector<TableRow> rows{{"RECORD", "NAME"}};
   for (const RecordName& record : records) {
@@ -130,9 +136,7 @@ Exit ShowFirmware(Host& host, const Options& options) {
 
 Exit ListNames(Host& host, const Options& options) {
   const Printer& printer = host.Find(options.printer);
-  Progress progress("reading names");
-  const std::vector<RecordName> records =
-      host.Names(printer, [&](int last) { progress.Show(last, kLastRecord); });
+  const std::vector<RecordName> records = ReadNames(host, printer);
   if (!options.is_json) {
     PrintNames(records);
     return Exit::kDone;

@@ -72,7 +72,8 @@ void RequireConsent(bool is_agreed) {
 void Confirm(const std::string& question, bool is_agreed) {
   if (is_agreed) return;
   RequireConsent(is_agreed);
-  std::cerr << Printable(question) << " [y/N] " << std::flush;
+  const bool is_long = question.find('\n') != std::string::npos;
+  std::cerr << Printable(question) << (is_long ? "\n" : " ") << "[y/N] " << std::flush;
   const std::string answer = ReadLine();
   if (SameButCase(answer, "y") || SameButCase(answer, "yes")) return;
   throw Failure(Exit::kNotConfirmed, "nothing was changed");

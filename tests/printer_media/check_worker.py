@@ -54,12 +54,12 @@ class Worker(unittest.TestCase):
     def test_lists(self):
         name = "Büro “3”"
         raw = json.dumps({"GetPrinterList": 0, "Reply": {
-            "PrinterName": name, "DeviceName": "Plotter"}}, ensure_ascii=False)
+            "PrinterName": name, "DeviceName": "QM-T44 series"}}, ensure_ascii=False)
         fake = self.fake({"GetPrinterList": raw.encode().decode("latin-1")})
         self.assertEqual(fake.json("list")[0]["name"], name)
         status, _, errors = fake.run("get", name, "3")
         self.assertEqual(status, 1)
-        self.assertIn("no model that the worker knows", errors)
+        self.assertRegex(errors, "no model that the worker knows; did you mean .*QM-T44 Series?")
         status, output, errors = self.fake({"GetPrinterList": '{"GetPrinterList":0}'}).run("list")
         self.assertEqual((status, output), (0, ""))
         self.assertIn("No printers", errors)
