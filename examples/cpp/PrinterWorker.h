@@ -25,8 +25,8 @@ struct Printer {
   std::string device;  // selects the family of records
 };
 
-// How long a request may take, from its turn to its answer. They hold where the printer's device
-// URI says nothing of timeouts, and are a little longer than the worker's bounds.
+// How long a request may take, from its turn to its answer: a little longer than it takes the
+// worker to give up, where the printer's device URI says nothing of timeouts.
 inline constexpr std::chrono::seconds kListLimit{10};
 inline constexpr std::chrono::seconds kReadLimit{15};
 inline constexpr std::chrono::seconds kWriteLimit{40};

@@ -8,8 +8,10 @@
 
 namespace {
 
-picojson::value ToValue(const std::string& text) {
-  const bool is_number = text.find_first_not_of("0123456789", text[0] == '-') == std::string::npos;
+picojson::value ToValue(const std::string& setting, const std::string& text) {
+  const std::size_t digits = text.rfind('-', 0) == 0 ? 1 : 0;
+  const bool is_number = setting != "CustomMediaName" && text.size() > digits &&
+                         text.find_first_not_of("0123456789", digits) == std::string::npos;
   return is_number ? picojson::value(std::stod(text)) : picojson::value(text);
 }
 
@@ -22,8 +24,9 @@ void Run(const std::string& program, const std::string& name, int number,
                                     [&](const Printer& found) { return found.name == name; });
   if (printer == printers.end()) throw std::runtime_error("there is no printer " + name);
   picojson::object record = worker.ReadRecord(*printer, number);
+  if (record.count(setting) == 0) throw std::runtime_error("the record has no " + setting);
   std::cout << "before: " << record[setting].to_str() << '\n';
-  record[setting] = ToValue(value);
+  record[setting] = ToValue(setting, value);
   worker.WriteRecord(*printer, number, record);
   std::cout << "after: " << worker.ReadRecord(*printer, number)[setting].to_str() << '\n';
 }

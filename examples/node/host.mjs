@@ -7,9 +7,12 @@ try {
   const printers = await worker.printers();
   for (const found of printers) console.log("printer:", found.name);
   const printer = printers.find((found) => found.name === name);
+  if (!printer) throw new Error(`there is no printer ${name}`);
   const record = await worker.readRecord(printer, Number(number));
+  if (!(setting in record)) throw new Error(`the record has no ${setting}`);
   console.log("before:", record[setting]);
-  record[setting] = /^-?\d+$/.test(value) ? Number(value) : value;
+  const isNumber = setting !== "CustomMediaName" && /^-?\d+$/.test(value);
+  record[setting] = isNumber ? Number(value) : value;
   await worker.writeRecord(printer, Number(number), record);
   console.log("after:", (await worker.readRecord(printer, Number(number)))[setting]);
 } finally {

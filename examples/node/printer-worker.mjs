@@ -10,8 +10,8 @@
 // time: requests may be made at once, and wait for their turn in the order in which they were made.
 import { spawn } from "node:child_process";
 
-// How long a request may take, from its turn to its answer, in milliseconds. They hold where the
-// printer's device URI says nothing of timeouts, and are a little longer than the worker's bounds.
+// How long a request may take, from its turn to its answer, in milliseconds: a little longer than it
+// takes the worker to give up, where the printer's device URI says nothing of timeouts.
 const LIST_LIMIT_MS = 10_000;
 const READ_LIMIT_MS = 15_000;
 const WRITE_LIMIT_MS = 40_000;
@@ -140,6 +140,9 @@ class RunningWorker {
     });
     this.#child.on("error", (error) => this.#fail(error));
     this.#child.on("close", (status, signal) => this.#fail(new WorkerEnded(status, signal)));
+    if (!this.#child.stdin) { // descriptors have run out
+      throw Object.assign(new Error(`spawn ${program} EMFILE`), { code: "EMFILE" });
+    }
     this.#child.stdin.on("error", () => {}); // "close" follows
     this.#child.stdout.on("data", (chunk) => this.#take(chunk));
     // A host that has nothing else to do may end; the worker then meets the end of its input.

@@ -11,6 +11,7 @@ with PrinterWorker(program) as worker:
     printer = printers[name]
     record = worker.read_record(printer, int(number))
     print("before:", record[setting])
-    record[setting] = int(value) if value.lstrip("-").isdigit() else value
+    is_number = setting != "CustomMediaName" and value.lstrip("-").isdigit()
+    record[setting] = int(value) if is_number else value
     worker.write_record(printer, int(number), record)
     print("after:", worker.read_record(printer, int(number))[setting])

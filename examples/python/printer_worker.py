@@ -22,8 +22,8 @@ from types import TracebackType
 from typing import IO, Any, Mapping, NamedTuple, Optional, Sequence, Type, Union
 from urllib.parse import quote
 
-# How long a request may take, from its turn to its answer, in seconds. They hold where the
-# printer's device URI says nothing of timeouts, and are a little longer than the worker's bounds.
+# How long a request may take, from its turn to its answer, in seconds: a little longer than it
+# takes the worker to give up, where the printer's device URI says nothing of timeouts.
 LIST_LIMIT_S = 10.0
 READ_LIMIT_S = 15.0
 WRITE_LIMIT_S = 40.0

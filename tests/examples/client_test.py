@@ -176,17 +176,26 @@ class RealWorker(unittest.TestCase):
         self.worker = os.path.join(folder.name, "PrinterNativeProcess")
         self.environment = dict(os.environ, XDG_CONFIG_HOME=os.path.join(folder.name, "config"))
 
+    def run_host(self, *arguments):
+        return subprocess.run([*ARGUMENTS.host, self.worker, *arguments], env=self.environment,
+                              capture_output=True, text=True, timeout=60, check=False)
+
     def test_example_program(self):
         listed = [f"printer: {name}" for name, _, _, _ in self.PRINTERS]
         for name, model, setting, value in self.PRINTERS:
-            run = subprocess.run([*ARGUMENTS.host, self.worker, name, "3", setting, value],
-                                 env=self.environment, capture_output=True, text=True,
-                                 timeout=60, check=False)
+            run = self.run_host(name, "3", setting, value)
             self.assertEqual((run.returncode, run.stderr), (0, ""), model)
             lines = run.stdout.splitlines()
             self.assertEqual(lines[:-2], listed)
             self.assertEqual(lines[-1], f"after: {value}")
             self.assertNotEqual(lines[-2], f"before: {value}")
+        self.assertIn("after: 440\n", self.run_host("Last", "3", "CustomMediaName", "440").stdout)
+        for name, setting, wrong in (("Nobody", "PlatenGap", "Nobody"),
+                                     ("Studio", "PlattenGap", "PlattenGap")):
+            run = self.run_host(name, "3", setting, "2.0")
+            self.assertNotEqual(run.returncode, 0)
+            self.assertIn(wrong, run.stderr)
+            self.assertNotIn("before", run.stdout)
 
     def test_failures(self):
         with Probe(self.worker, self.environment) as probe:
