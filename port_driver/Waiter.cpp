@@ -1,6 +1,7 @@
 // poll() with a deadline and an event that cancels it.
 #include "port_driver/Waiter.h"
 
+#include <pthread.h>
 #include <sys/eventfd.h>
 
 #include <cerrno>
@@ -13,6 +14,16 @@ namespace {
 
 // An event that no waiter has, -1 for none: ports are opened one after the other.
 std::atomic<int> spare_event{-1};
+
+// In a child process, which would share the event and its cancellations with this one.
+void ForgetSpareEvent() {
+  const FileDescriptor shared(spare_event.exchange(-1));
+}
+
+bool IsSpareEventForgottenByChildren() {
+  static const bool is_watched = ::pthread_atfork(nullptr, nullptr, ForgetSpareEvent) == 0;
+  return is_watched;
+}
 
 // Takes the cancelling event out of the set again, on every way out.
 class Joined {
@@ -40,8 +51,10 @@ Waiter::Waiter() : event_(spare_event.exchange(-1)) {
 }
 
 Waiter::~Waiter() {
-  Start();
-  const FileDescriptor surplus(spare_event.exchange(event_.release()));
+  if (IsSpareEventForgottenByChildren()) {
+    Start();
+    const FileDescriptor surplus(spare_event.exchange(event_.release()));
+  }
 }
 
 // One that was announced but has not set the event yet is taken the next time.

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <time.h>
@@ -70,12 +71,16 @@ inline long ProcessorTime() {
 }
 
 // Reads length bytes, or to the end, which for a terminal is that the host closes it; "(broken)"
-// follows what came before a reset.
+// follows what came before a reset, "(silence)" what came before 20 s without a byte.
 inline std::string ReadAll(const FileDescriptor& connection,
                            std::size_t length = std::string::npos) {
   std::string bytes, buffer(65536, '\0');
   while (bytes.size() < length) {
     const std::size_t wanted = std::min(buffer.size(), length - bytes.size());
+    pollfd polled{connection.get(), POLLIN, 0};
+    if (::poll(&polled, 1, 20000) == 0) {
+      return bytes + "(silence)";
+    }
     const ssize_t n = ::read(connection.get(), buffer.data(), wanted);
     if (n <= 0) {
       return n == 0 || errno == EIO ? bytes : bytes + "(broken)";

@@ -2,12 +2,14 @@
 // both ways, bounds, cancelling and the status text.
 #include <gmock/gmock.h>
 #include <sys/eventfd.h>
+#include <sys/wait.h>
 
 #include <future>
 #include <optional>
 #include <thread>
 
 #include "port_driver/SnmpMessage.h"
+#include "port_driver/Waiter.h"
 #include "tests/port_driver/LocalPeer.h"
 #include "tests/port_driver/Peer.h"
 #include "tests/port_driver/PluggedPort.h"
@@ -229,6 +231,19 @@ TEST_P(PortContractTest, CancelEndsReadingAndWriting) {
     EXPECT_EQ(port.Control(command, 1), "code -7");
     EXPECT_EQ(port.Call(&Table::terminate), 0);
   }
+}
+
+// An event that ports of one process use one after the other must not be shared with its children.
+TEST(WaiterTest, IsNotCancelledByAChildProcess) {
+  { const Waiter earlier; }
+  const pid_t child = ::fork();
+  if (child == 0) {
+    Waiter().Cancel();
+    ::_exit(0);
+  }
+  EXPECT_EQ(::waitpid(child, nullptr, 0), child);
+  std::vector<pollfd> none;
+  EXPECT_NO_THROW(Waiter().Wait(none, Deadline::After({})));
 }
 
 // The virtual printer on all its ports.
