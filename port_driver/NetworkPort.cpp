@@ -11,12 +11,10 @@
 namespace ZIOP {
 namespace {
 
-// Begins anywhere and does not come again before all others have.
+// One that nobody can guess from those before.
 int32_t FreshRequestId() {
-  static_assert(std::minstd_rand::min() == 1);
-  static_assert(std::minstd_rand::max() <= std::numeric_limits<int32_t>::max());
-  thread_local std::minstd_rand source(std::random_device{}());
-  return static_cast<int32_t>(source());
+  thread_local std::random_device source;
+  return std::uniform_int_distribution<int32_t>(1, std::numeric_limits<int32_t>::max())(source);
 }
 
 }  // namespace
