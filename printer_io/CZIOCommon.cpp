@@ -82,7 +82,7 @@ int CZIOCommon::SendWriteAndReadCommand(char* bytes, long length, char* reply, l
 
 int CZIOCommon::ExchangeSNMP(const char* bytes, long length, char* reply, long capacity) {
   if (handler_ == nullptr) return kFailure;
-  std::array<char, kSnmpBufferSize> request;  // as much of it as was built is sent
+  std::array<char, kSnmpBufferSize> request{};
   std::array<char, kSnmpBufferSize> answer{};
   long request_length = 0;
   const int built = CreateSNMPCommand(bytes, length, request.data(), &request_length);
