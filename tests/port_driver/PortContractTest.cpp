@@ -238,7 +238,8 @@ TEST(WaiterTest, IsNotCancelledByAChildProcess) {
   { const Waiter earlier; }
   const pid_t child = ::fork();
   if (child == 0) {
-    Waiter().Cancel();
+    Waiter waiter;
+    waiter.Cancel();
     ::_exit(0);
   }
   EXPECT_EQ(::waitpid(child, nullptr, 0), child);
