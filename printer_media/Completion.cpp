@@ -46,21 +46,27 @@ struct Line {
     current = words.back();
     words.pop_back();
     for (const std::string& word : words) {
-      if (!option.empty()) {
-        if (option == "--layout") layout = word;
-        option.clear();
-      } else if (word == "--layout" || word == "--answer-time") {
-        option = word;
-      } else if (word.empty() || word[0] != '-') {
-        plain.push_back(word);
-      }
+      if (is_rest || !IsOption(word)) plain.push_back(word);
     }
+  }
+
+  // Also for the value of the option before it.
+  bool IsOption(const std::string& word) {
+    if (!option.empty()) {
+      if (option == "--layout") layout = word;
+      option.clear();
+      return true;
+    }
+    if (word == "--layout" || word == "--answer-time") option = word;
+    is_rest = word == "--";
+    return !word.empty() && word[0] == '-';
   }
 
   std::string current;
   std::string option;  // that the word at the cursor belongs to
   std::string layout = "0";
   std::vector<std::string> plain;
+  bool is_rest = false;  // a word -- stands before the cursor: no options come behind it
 };
 
 class Completer {
@@ -74,11 +80,12 @@ class Completer {
     const Row* const row = std::find_if(std::begin(kRows), std::end(kRows),
                                         [&](const Row& r) { return line_.plain[0] == r.command; });
     if (row == std::end(kRows)) return {};
-    if (!line_.current.empty() && line_.current[0] == '-')
+    if (!line_.is_rest && !line_.current.empty() && line_.current[0] == '-') {
       return Words(row->options + std::string(kOptions));
+    }
     const std::string words = row->words;
     const std::size_t place = line_.plain.size() - 1;
-    if (place < words.size()) return Of(words[place]);
+    if (place < words.size()) return WithoutOptions(Of(words[place]));
     return !words.empty() && words.back() == 's' ? Settings() : std::vector<std::string>();
   }
 
@@ -89,6 +96,14 @@ class Completer {
     if (!line_.current.empty() && line_.current[0] == '-') return {"--help", "--version"};
     std::vector<std::string> names;
     for (const Row& row : kRows) names.emplace_back(row.command);
+    return names;
+  }
+
+  // Leaves out what would be taken for an option.
+  std::vector<std::string> WithoutOptions(std::vector<std::string> names) const {
+    const auto is_option = [](const std::string& name) { return !name.empty() && name[0] == '-'; };
+    if (line_.is_rest) return names;
+    names.erase(std::remove_if(names.begin(), names.end(), is_option), names.end());
     return names;
   }
 

@@ -13,7 +13,8 @@ from companion import BINARIES, SOURCES, TIME_LIMIT_S, Companion
 
 SCRIPTS = os.path.join(SOURCES, "printer_media", "completions")
 PRINTERS = [("Studio", "QM-R410 Series"), ("Banner hall (1)", "QM-T84 Series"),
-            ("Proof", "QM-V5 Series")]
+            ("Proof", "QM-V5 Series"), ("-dash's", "QM-R410 Series")]
+ODD = "Que \"said\" `ls` $(x) \\ !1 *"
 SETUP = {
     "bash": f"source {SCRIPTS}/printer-media.bash; set +o history; bind 'set bell-style none'\n",
     "zsh": f"fpath=({SCRIPTS} $fpath); autoload -Uz compinit; compinit -u -D; unsetopt beep\n",
@@ -28,12 +29,19 @@ LINES = [
     ("status Banner\\ h\t", ["status", "Banner hall (1)"]),
     ('status "Banner h\t', ["status", "Banner hall (1)"]),
     ("get Studio post\t", ["get", "Studio", "Poster 1:2"]),
+    ("get Studio Poster\\ 1:\t", ["get", "Studio", "Poster 1:2"]),
+    ("get Studio que\t", ["get", "Studio", ODD]),
+    ("get Studio \"que\t", ["get", "Studio", ODD]),
+    ("get Studio 'que\t", ["get", "Studio", ODD]),
+    ("status -- -d\t", ["status", "--", "-dash's"]),
+    ("status -- '-d\t", ["status", "--", "-dash's"]),
     ("get Studio 27\t", ["get", "Studio", "27"]),
     ("get Studio 3 --lay\t12\t", ["get", "Studio", "3", "--layout", "128"]),
     ("init Studio al\t", ["init", "Studio", "All"]),
     ("set Studio 3 headm\tprin\t", ["set", "Studio", "3", "HeadMovement=PrinterFullWidth"]),
     ("set Studio 3 PlatenGap=2.5 FeedS\tA\t", ["set", "Studio", "3", "PlatenGap=2.5",
                                                "FeedSpeed=Auto"]),
+    ("set Studio 3 FeedSpeed=\"A\t", ["set", "Studio", "3", "FeedSpeed=Auto"]),
     ("set --layout 1 Studio 3 FeedSpeedM\tLv1", ["set", "--layout", "1", "Studio", "3",
                                                  "FeedSpeedMTC=Lv1"]),
     ("set Banner\\ hall\\ \\(1\\) 3 Takeup\tAu\t", ["set", "Banner hall (1)", "3",
@@ -78,8 +86,9 @@ class Completion(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.companion = Companion(PRINTERS)
-        cls.companion.run("set", "Studio", "5", "-y", "CustomMediaName=Poster 1:2",
-                          "RegistrationFlag=1")
+        for record, name in (("5", "Poster 1:2"), ("6", ODD)):
+            cls.companion.run("set", "Studio", record, "-y", "CustomMediaName=" + name,
+                              "RegistrationFlag=1")
         cls.companion.environment["PATH"] = BINARIES + ":" + os.environ["PATH"]
         with open(cls.companion.path("records of proof.json"), "w"):
             pass
