@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <exception>
@@ -43,6 +44,17 @@ constexpr char kFooter[] =
     "`printer-media COMMAND --help` says more of a command; --json and --answer-time go with all.\n"
     "Exit status: 0 done, 1 refused or not answered, 2 wrong usage, 3 no worker, 4 a file,\n"
     "5 differences, 6 not confirmed.\n";
+
+// Checks that the value of an option is a number from first to last.
+CLI::Validator Between(double first, double last, const std::string& range) {
+  const auto check = [=](std::string& text) {
+    double number = 0;
+    const bool is_number = CLI::detail::lexical_cast(text, number);
+    const bool is_fit = is_number && number >= first && number <= last;
+    return is_fit ? std::string() : Quoted(text) + " is no number from " + range;
+  };
+  return {check, ""};
+}
 
 // Adds the commands to the parser; the one that is given is in `chosen` afterwards.
 class Commands {
@@ -134,9 +146,12 @@ class Commands {
   }
 
   void AddLayout(CLI::App* command) {
-    command->add_option("--layout", options_.layout,
-                        "Layout of the record: 0 (the usual one), 1, or 128 for the whole record "
-                        "as one block");
+    command
+        ->add_option("--layout", options_.layout,
+                     "Layout of the record: 0 (the usual one), 1, or 128 for the whole record "
+                     "as one block")
+        ->type_name("N")
+        ->check(Between(0, 255, "0 to 255"));
   }
 
   void AddYes(CLI::App* command) {
@@ -154,8 +169,8 @@ void AddGlobal(CLI::App& app, Options& options) {
   app.add_option("--answer-time", options.answer_time_s,
                  "How long printers may take for an answer, from 0.001 to 100000: timeout x "
                  "(1 + retries) of their device URIs, 4 unless these say otherwise")
-      ->check(CLI::Range(0.001, 100000.0).description(""))
-      ->option_text("SECONDS");
+      ->type_name("SECONDS")
+      ->check(Between(0.001, 100000, "0.001 to 100000"));
   app.require_subcommand(1, 1);
   for (const char* const label : {"REQUIRED", "TEXT", "INT", "FLOAT", "OPTIONS"}) {
     app.get_formatter()->label(label, std::strcmp(label, "OPTIONS") == 0 ? "OPTION..." : "");
@@ -217,19 +232,28 @@ std::vector<std::string> CommandNames(const CLI::App& app) {
   return names;
 }
 
-// What the command line lacks, or the help that it asks for.
-int ReportUsage(const CLI::App& app, const CLI::ParseError& error) {
-  if (error.get_exit_code() == 0) return app.exit(error);
-  const std::vector<std::string> words = app.remaining();
-  if (app.get_subcommands().empty() && !words.empty()) {
-    Report(
-        Failure(Exit::kUsage,
-                "there is no command " + Quoted(words[0]) + DidYouMean(words[0], CommandNames(app)),
-                "The commands are " + Listed(CommandNames(app)) + "; --help says more."),
-        false);
-  } else {
-    Report(Failure(Exit::kUsage, error.what(), "--help says more."), false);
+// What is wrong with the command line.
+Failure UsageFailure(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  const std::vector<std::string> names = CommandNames(app);
+  const std::vector<std::string> words = app.remaining(true);
+  const std::string command = commands.empty() ? "" : commands[0]->get_name() + ' ';
+  const std::string help = "printer-media " + command + "--help says more.";
+  if (commands.empty()) {
+    const bool is_given = !words.empty() && words[0][0] != '-';
+    return {Exit::kUsage,
+            is_given ? "there is no command " + Quoted(words[0]) + DidYouMean(words[0], names)
+                     : "no command is given",
+            "The commands are " + Listed(names) + "; " + help};
   }
+  if (words.empty()) return {Exit::kUsage, error.what(), help};
+  return {Exit::kUsage, "not expected: " + CLI::detail::join(words, " "), help};
+}
+
+// Says what the command line lacks, or the help that it asks for.
+int ReportUsage(const CLI::App& app, const CLI::ParseError& error, bool is_json) {
+  if (error.get_exit_code() == 0) return app.exit(error);
+  Report(UsageFailure(app, error), is_json);
   return static_cast<int>(Exit::kUsage);
 }
 
@@ -253,7 +277,8 @@ int Run(int argc, char* argv[]) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return ReportUsage(app, error);
+    const bool is_json = std::find(argv, argv + argc, std::string_view("--json")) != argv + argc;
+    return ReportUsage(app, error, is_json);
   }
   const Exit status = RunCommand(commands.chosen(), options);
   if (!std::cout.flush()) {

@@ -27,7 +27,9 @@ Settings ParseAssignments(const Family& family, const Layout& layout,
   for (const std::string& assignment : assignments) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
-      throw Failure(Exit::kUsage, Quoted(assignment) + " is no NAME=VALUE");
+      throw Failure(Exit::kUsage, Quoted(assignment) + " is no NAME=VALUE",
+                    "Name, equals sign and value are one word, as in MediaSuction=5; one with "
+                    "blanks is put in quotation marks.");
     }
     const Parameter& parameter = ParameterOf(family, layout, assignment.substr(0, equals));
     const auto value = ParseValue(parameter, assignment.substr(equals + 1));

@@ -27,8 +27,11 @@ BANNER = ["CustomMediaName=Banner", "RegistrationFlag=1"]
 # words, exit status, texts that standard error holds; no printer gets a change.
 REFUSED = [
     (["gte", "Studio", "3"], 2, ['"gte"', "did you mean get", "The commands are list, "]),
-    (["get", "Studio"], 2, ["RECORD is required"]),
-    (["get", "Studio", "3", "--layuot", "1"], 2, ["--layuot"]),
+    ([], 2, ["no command is given"]),
+    (["get", "Studio"], 2, ["RECORD is required", "get --help"]),
+    (["list", "--answer-time", "nan"], 2, ["0.001 to 100000"]),
+    (["get", "Studio", "3", "--layout", "x"], 2, ["0 to 255"]),
+    (["get", "Studio", "3", "--layuot", "1"], 2, ["not expected: --layuot 1"]),
     (["status", "Studoi"], 1, ['"Studoi"; did you mean Studio?', "Listed are Studio, Banner hall"]),
     (["status", "Studio 2"], 2, ["STUDIO 2 or studio 2"]),
     (["firmware", "Studio"], 2, ["do not tell", "QM-V5, QM-V7"]),
@@ -93,6 +96,10 @@ class Commands(unittest.TestCase):
                 self.assertEqual((status, output), (expected, ""), errors)
                 for text in texts:
                     self.assertIn(text, errors)
+                status, output, _ = self.run_words("--json", *words)
+                error = json.loads(output)["error"]
+                self.assertEqual((status, error["status"]), (expected, expected))
+                self.assertIn(error["message"], errors)
         self.assertEqual(self.changed(), [])
 
     def test_reading(self):
