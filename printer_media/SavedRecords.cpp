@@ -116,6 +116,24 @@ std::string Now() {
   return {text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc)};
 }
 
+// The JSON of a file, which is not deeper than files of saved records are. Throws Failure.
+json Parse(const std::string& path, const std::string& text) {
+  constexpr int kDeepest = 8;
+  const auto check = [&](int depth, json::parse_event_t, const json&) {
+    if (depth > kDeepest) throw Failure(Exit::kFile, path + ": this is no file of saved records");
+    return true;
+  };
+  try {
+    return json::parse(text, check);
+  } catch (const json::parse_error& error) {
+    // "[...] parse error at line 1, column 2: ..."
+    const std::string what = error.what();
+    const std::size_t begin = what.find("line ");
+    const std::string place = what.substr(begin, what.find(':', begin) - begin);
+    throw Failure(Exit::kFile, path + ": this is no JSON: " + place + " cannot be read");
+  }
+}
+
 // Reads one layout; nothing when the printer refuses one that is not the usual.
 std::optional<Settings> LoadLayout(Host& host, const Printer& printer, int number, int layout) {
   try {
@@ -173,12 +191,7 @@ std::string FormatRecords(const SavedRecords& saved) {
 }
 
 SavedRecords ReadRecords(const std::string& path) {
-  const std::string text = ReadFile(path);
-  try {
-    return Reader(path).Read(json::parse(text));
-  } catch (const json::exception& error) {
-    throw Failure(Exit::kFile, path + ": this is no JSON: " + error.what());
-  }
+  return Reader(path).Read(Parse(path, ReadFile(path)));
 }
 
 }  // namespace PrinterMedia

@@ -93,7 +93,9 @@ class Records(unittest.TestCase):
         cases = [
             ("{", "no JSON"),
             ("[1]", "no file of saved records"),
-            ("[" * 100000, "no JSON"),
+            (json.dumps(self.saved)[:-1], "no JSON: line 1, column "),
+            ("[" * 100000, "no file of saved records"),
+            ('{"version":' + "[" * 500000 + "]" * 500000 + "}", "no file of saved records"),
             ({**self.saved, "version": 2}, "version 2"),
             ({**self.saved, "device": "Plotter"}, '"Plotter"'),
             ({**self.saved, "records": {}}, "list of records"),
