@@ -1,6 +1,7 @@
 #include "printer_media/Changes.h"
 
 #include "printer_media/Catalogue.h"
+#include "printer_media/Suggestion.h"
 #include "printer_media/Terminal.h"
 #include "printer_media/Text.h"
 
@@ -10,29 +11,17 @@ namespace {
 
 constexpr int kNotConfirmed = -6;
 
-// "PlatenGap is 1.5, not 2.5; ..." for what the printer reports otherwise than it was written.
-std::string Differences(const Settings& now, const Settings& wanted) {
-  std::string text;
-  for (const auto& [name, value] : wanted) {
-    const auto setting = now.find(name);
-    if (setting == now.end() || setting->second == value) continue;
-    if (!text.empty()) text += "; ";
-    text += name + " is " + ValueText(setting->second) + ", not " + ValueText(value);
-  }
-  return text;
-}
-
 // The failure of a write that the worker did not see confirmed, with what the printer holds.
 [[noreturn]] void ThrowNotKept(Host& host, const Printer& printer, int number, const Layout& layout,
                                const Settings& wanted, const Failure& failure) {
   const Settings now = host.Read(printer, number, layout.version);
-  const std::string differences = Differences(now, wanted);
+  const std::vector<std::string> differences = Differences(layout, now, wanted);
   if (differences.empty()) throw failure;
-  throw Failure::OfCode(
-      kNotConfirmed,
-      "the printer took the write, but did not keep it: " + differences + " (result code -6)",
-      "It may not allow these values for this record or medium. What it did "
-      "keep is changed: read the record to see.");
+  throw Failure::OfCode(kNotConfirmed,
+                        "the printer took the write, but did not keep it: " + Listed(differences) +
+                            " (result code -6)",
+                        "It may not allow these values for this record or medium. What it did "
+                        "keep is changed: read the record to see.");
 }
 
 }  // namespace
@@ -53,8 +42,8 @@ Changes::Changes(const Layout& layout, const Settings& current, const Settings& 
 std::string Changes::Text() const {
   std::vector<TableRow> rows{{"  SETTING", "IS", "BECOMES"}};
   for (const Row& row : rows_) {
-    const std::string old = row.old_value ? ValueText(*row.old_value) : "not reported";
-    rows.push_back({"  " + row.name, old, ValueText(row.new_value)});
+    const std::string old = row.old_value ? ShortText(*row.old_value) : "not reported";
+    rows.push_back({"  " + row.name, old, ShortText(row.new_value)});
   }
   std::string text = Table(rows);
   text.pop_back();
@@ -70,6 +59,20 @@ nlohmann::ordered_json Changes::Json() const {
     changes.push_back(change);
   }
   return changes;
+}
+
+std::vector<std::string> Differences(const Layout& layout, const Settings& now,
+                                     const Settings& wanted) {
+  std::vector<std::string> differences;
+  for (const auto& [name, value] : wanted) {
+    const auto setting = now.find(name);
+    if (setting == now.end() || setting->second == value) continue;
+    const bool is_block = FindParameter(layout, name)->kind == Kind::kBlock;
+    differences.push_back(is_block ? "the block differs"
+                                   : name + " is " + OnOneLine(ValueText(setting->second)) +
+                                         ", not " + OnOneLine(ValueText(value)));
+  }
+  return differences;
 }
 
 void WriteRecord(Host& host, const Printer& printer, int number, const Layout& layout,

@@ -32,6 +32,10 @@ class Changes {
   std::vector<Row> rows_;
 };
 
+// "PlatenGap is 1.5, not 2.5" for each setting that is reported otherwise than it is wanted.
+std::vector<std::string> Differences(const Layout& layout, const Settings& now,
+                                     const Settings& wanted);
+
 // Writes the wanted settings over the current ones, which are those in the printer. Settings that a
 // write would change without being told stay as they are. Throws Failure that names the settings
 // which the printer does not hold afterwards.

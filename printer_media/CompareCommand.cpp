@@ -101,13 +101,6 @@ ordered_json Json(const Comparison& comparison) {
   return json;
 }
 
-// For a table, in which a block would not find room.
-std::string Short(const Value& value) {
-  constexpr std::size_t kMost = 40;
-  const std::string text = ValueText(value);
-  return text.size() <= kMost ? text : text.substr(0, kMost) + "...";
-}
-
 // Settings that several layouts hold are shown once.
 std::string Text(const Comparison& comparison, const Options& options) {
   std::set<std::tuple<int, std::string, Value, Value>> shown;
@@ -120,7 +113,8 @@ std::string Text(const Comparison& comparison, const Options& options) {
   }
   for (const Difference& row : comparison.differences) {
     if (!shown.insert({row.record, row.setting, row.first, row.second}).second) continue;
-    rows.push_back({std::to_string(row.record), row.setting, Short(row.first), Short(row.second)});
+    rows.push_back(
+        {std::to_string(row.record), row.setting, ShortText(row.first), ShortText(row.second)});
   }
   return Table(rows);
 }

@@ -87,10 +87,12 @@ class Restoration {
     for (const auto& [number, record] : saved_.records) {
       progress.Show(static_cast<int>(outcomes_.size()), Count());
       const Record current = Current(number, record);
-      const bool is_same = Differences(current, record).empty() && !IsChange(current, record);
-      outcomes_.push_back(
-          {number, NameOf(record), is_same ? Result::kUnchanged : Result::kNotTried, ""});
-      if (!is_same) questions_.push_back({std::to_string(number), NameOf(current), NameOf(record)});
+      const bool is_same = DifferencesText(current, record).empty() && !IsChange(current, record);
+      const std::string old_name = NameOf(current);
+      const std::string given = NameOf(record);
+      const std::string name = given.empty() ? old_name : given;  // an empty one is not written
+      outcomes_.push_back({number, name, is_same ? Result::kUnchanged : Result::kNotTried, ""});
+      if (!is_same) questions_.push_back({std::to_string(number), old_name, name});
     }
   }
 
@@ -139,16 +141,12 @@ class Restoration {
   }
 
   // What the printer has otherwise than the record, in words.
-  static std::string Differences(const Record& current, const Record& record) {
+  std::string DifferencesText(const Record& current, const Record& record) const {
     std::set<std::string> texts;
-    for (const auto& [layout, settings] : record) {
-      for (const auto& [name, value] : settings) {
-        const auto now = current.at(layout).find(name);
-        if (now == current.at(layout).end() || now->second == value) continue;
-        texts.insert(name == "SettingAll"
-                         ? "the block differs"
-                         : name + " is " + ValueText(now->second) + ", not " + ValueText(value));
-      }
+    for (const auto& [version, settings] : record) {
+      const Layout& layout = LayoutOf(*printer_.family, version);
+      const auto differences = Differences(layout, current.at(version), settings);
+      texts.insert(differences.begin(), differences.end());
     }
     return Listed({texts.begin(), texts.end()});
   }
@@ -169,7 +167,7 @@ class Restoration {
     outcome.result = Result::kFailed;
     try {
       WriteLayouts(outcome.number, record);
-      outcome.why = Differences(Current(outcome.number, record), record);
+      outcome.why = DifferencesText(Current(outcome.number, record), record);
       if (outcome.why.empty()) outcome.result = Result::kWritten;
       return true;
     } catch (const Failure& failure) {

@@ -1,5 +1,6 @@
 #include "printer_media/Terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,7 +15,8 @@ namespace PrinterMedia {
 
 namespace {
 
-constexpr int kBar = 30;  // characters
+constexpr int kLongestBar = 30;  // characters
+constexpr int kShortestBar = 5;
 constexpr std::size_t kLongestAnswer = 100;
 
 // One byte of standard input; nothing at its end.
@@ -44,12 +46,25 @@ std::vector<std::size_t> Widths(const std::vector<TableRow>& rows) {
   return widths;
 }
 
+// Characters of a line of the terminal that standard error is.
+int Columns() {
+  winsize size{};
+  const bool is_told = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return is_told ? size.ws_col : 80;
+}
+
+std::string Bar(int length, int done, int all) {
+  const auto filled = static_cast<std::size_t>(std::clamp(done, 0, all) * length / all);
+  return " [" + std::string(filled, '#') +
+         std::string(static_cast<std::size_t>(length) - filled, '.') + ']';
+}
+
 }  // namespace
 
 std::string Table(const std::vector<TableRow>& rows) {
   std::vector<TableRow> printable = rows;
   for (TableRow& row : printable) {
-    for (std::string& text : row) text = Printable(text);
+    for (std::string& text : row) text = OnOneLine(Printable(text));
   }
   const std::vector<std::size_t> widths = Widths(printable);
   std::string table;
@@ -88,10 +103,18 @@ Progress::~Progress() {
 void Progress::Show(int done, int all) {
   if (isatty(STDERR_FILENO) == 0 || all <= 0) return;
   is_shown_ = true;
-  const auto filled = static_cast<std::size_t>(std::clamp(done, 0, all) * kBar / all);
-  std::cerr << '\r' << Printable(title_) << " [" << std::string(filled, '#')
-            << std::string(static_cast<std::size_t>(kBar) - filled, '.') << "] " << done << '/'
-            << all << "\033[K" << std::flush;
+  const std::string title = OnOneLine(Printable(title_));
+  const std::string count = ' ' + std::to_string(done) + '/' + std::to_string(all);
+  // A line that the terminal breaks could not be written over.
+  const int columns = Columns() - 1;
+  const int room = columns - static_cast<int>(Width(title) + count.size() + Bar(0, 0, 1).size());
+  std::string line = title + count;
+  if (room >= kShortestBar) {
+    line = title + Bar(std::min(room, kLongestBar), done, all) + count;
+  } else if (room < 0) {
+    line = count.substr(1, static_cast<std::size_t>(std::max(columns, 0)));
+  }
+  std::cerr << '\r' << line << "\033[K" << std::flush;
 }
 
 }  // namespace PrinterMedia

@@ -141,8 +141,20 @@ std::string Counted(std::size_t count, const std::string& thing) {
   return std::to_string(count) + ' ' + thing + (count == 1 ? "" : "s");
 }
 
+std::string OnOneLine(std::string_view text) {
+  std::string line;
+  for (const char character : text) {
+    if (character == '\n') {
+      line += "\\x0A";
+    } else {
+      line += character;
+    }
+  }
+  return line;
+}
+
 std::string Quoted(std::string_view name) {
-  return '"' + std::string(name) + '"';
+  return '"' + OnOneLine(name) + '"';
 }
 
 }  // namespace PrinterMedia

@@ -32,7 +32,10 @@ bool SameButCase(std::string_view one, std::string_view other);
 // "1 record", "2 records".
 std::string Counted(std::size_t count, const std::string& thing);
 
-// A printer's or record's name between quotation marks.
+// For a place that has one line, line feeds as \x0A.
+std::string OnOneLine(std::string_view text);
+
+// A printer's or record's name between quotation marks, on one line.
 std::string Quoted(std::string_view name);
 
 }  // namespace PrinterMedia

@@ -25,6 +25,12 @@ std::string ValueText(const Value& value) {
   return number != nullptr ? std::to_string(*number) : std::get<std::string>(value);
 }
 
+std::string ShortText(const Value& value) {
+  constexpr std::size_t kMost = 40;
+  const std::string text = ValueText(value);
+  return text.size() <= kMost ? text : text.substr(0, kMost) + "...";
+}
+
 nlohmann::json TextToJson(const std::string& bytes) {
   if (IsUtf8(bytes)) return bytes;
   return {{"hex", ToHex(bytes)}};

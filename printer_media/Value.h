@@ -19,6 +19,9 @@ using Settings = std::map<std::string, Value>;
 // For people.
 std::string ValueText(const Value& value);
 
+// Likewise, with the begin alone of a text that is longer than names are.
+std::string ShortText(const Value& value);
+
 // In what this program prints and saves: a number; a text that is UTF-8; or {"hex": DIGITS} for
 // bytes that are none.
 nlohmann::json TextToJson(const std::string& bytes);

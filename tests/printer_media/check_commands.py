@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -150,12 +151,12 @@ class Commands(unittest.TestCase):
                          {"SettingAll": block.upper()})
 
     def test_names_in_an_encoding_of_the_printer_s(self):
-        name = b"\xc9t\xe9\x01\x1b[2J"
+        name = b"\xc9t\xe9\x01\n\x1b[2J"
         self.companion.run("set", "Studio", "4", "-y", b"CustomMediaName=" + name,
                            "RegistrationFlag=1")
         self.assertEqual(self.settings("Studio", "4")["CustomMediaName"],
                          {"hex": name.hex().upper()})
-        self.assertIn(r"\xC9t\xE9\x01\x1B[2J", self.run_words("names", "Studio")[1])
+        self.assertIn(r"\xC9t\xE9\x01\x0A\x1B[2J", self.run_words("names", "Studio")[1])
         self.assertEqual(self.json("get", "Studio", name)["record"], 4)
 
     def test_set_keeps_what_a_write_would_reset(self):
@@ -171,6 +172,9 @@ class Commands(unittest.TestCase):
                                                 "PlatenGap=1.5")
         self.assertEqual((status, output), (1, ""))
         self.assertIn("did not keep it: MediaSuction is 4, not 7 (result code -6)", errors)
+        errors = self.run_words("set", "Forgetful", "3", "-y", "--layout", "128",
+                                "SettingAll=" + "a5" * 224)[2]
+        self.assertIn("did not keep it: the block differs (result code -6)", errors)
         status, _, errors = self.run_words("set", "Banner hall", "3", "-y", "PreHeater=45")
         self.assertEqual(status, 0)
         self.assertIn("PreHeater was sent, but printers of this model do not report it", errors)
@@ -195,6 +199,15 @@ class Commands(unittest.TestCase):
         status, shown = self.companion.on_terminal("init", "STUDIO 2", "3", typed="y\n")
         self.assertEqual(status, 0, shown)
         self.assertEqual(self.settings("STUDIO 2", "3")["MediaSuction"], 4)
+
+    def test_progress_fits_the_terminal(self):
+        for columns, text in ((80, "reading names [.............................."),
+                              (24, "\rreading names 3/127"), (16, "\r3/127")):
+            status, shown = self.companion.on_terminal("names", "Proof", columns=columns)
+            self.assertEqual(status, 0)
+            self.assertIn(text, shown)
+            widths = [len(line) for line in re.findall(r"\r([^\r\n]*)\x1b\[K", shown)]
+            self.assertLess(max(widths), columns)
 
     def test_where_the_worker_is_looked_for(self):
         environment = dict(self.companion.environment)

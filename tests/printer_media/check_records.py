@@ -81,6 +81,10 @@ class Records(unittest.TestCase):
             "same": False, "only_first": [], "only_second": [9], "differences": []}))
         again = self.json("restore", "Copy", self.file, "-y")
         self.assertEqual([row["result"] for row in again], ["unchanged", "unchanged"])
+        nameless = edited(self.saved)
+        del nameless["records"][0]["layouts"]["0"]["CustomMediaName"]
+        again = self.json("restore", "Copy", self.write(nameless), "-y")
+        self.assertEqual(again[0]["name"], "Banner")
         self.assertEqual(self.run_words("restore", "Copy", self.file)[0], 6)
         self.json("set", "Copy", "3", "-y", "MediaSuction=9")
         status, shown = self.companion.on_terminal("restore", "Copy", self.file, typed="y\n")

@@ -1,14 +1,17 @@
 """printer-media with a worker of its own, over virtual printers or in place of the real worker."""
 
+import fcntl
 import json
 import os
 import pty
 import re
 import select
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
+import termios
 import time
 
 BINARIES, SOURCES = (os.path.abspath(path) for path in sys.argv[1:3])
@@ -71,10 +74,11 @@ class Companion:
         assert status == 0, (words, status, output, errors)
         return json.loads(output)
 
-    def on_terminal(self, *words, typed=None):
+    def on_terminal(self, *words, typed=None, columns=80):
         """Exit status and what a terminal shows, with typed as the answer to the question."""
         pid, terminal = pty.fork()
         if pid == 0:
+            fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack("4H", 24, columns, 0, 0))
             os.execve(PROGRAM, [PROGRAM, *words], self.environment)
         shown, end = b"", time.monotonic() + TIME_LIMIT_S
         while time.monotonic() < end:
