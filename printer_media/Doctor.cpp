@@ -142,6 +142,8 @@ class Diagnosis {
     try {
       const nlohmann::json status = host_.Status(host_.Find(printer.name));
       const bool is_ready = status.value("StatusCode", nlohmann::json()) == 4;
+      // Some answer for their status alone.
+      host_.Read(printer, 1, 0);
       Add(Grade::kGood, printer.name, is_ready ? "answers, ready" : "answers, not ready");
     } catch (const Failure& failure) {
       Add(Grade::kBad, printer.name, failure.message(), PrinterAdvice(failure));
@@ -169,8 +171,8 @@ void PrintFindings(const std::vector<Finding>& findings) {
   for (const Finding& finding : findings) {
     std::string grade = GradeText(finding.grade);
     grade.resize(4, ' ');
-    std::cout << grade << "  " << Printable(finding.about) << ": " << Printable(finding.text)
-              << '\n';
+    std::cout << grade << "  " << OnOneLine(Printable(finding.about)) << ": "
+              << Printable(finding.text) << '\n';
     if (!finding.advice.empty()) std::cout << "      " << Printable(finding.advice) << '\n';
   }
 }

@@ -187,9 +187,7 @@ Settings Host::Read(const Printer& printer, int number, int layout) {
                       ReadLimit(answer_time_));
   if (answer.code != 0) throw CodeFailure(answer.code, Operation::kRead, what);
   if (!answer.reply.is_object() || !TakeHead(answer.reply, *printer.family, number, layout)) {
-    throw Failure(Exit::kRefused, what + ": the printer refused",
-                  "It may not have this record or this layout: printer-media names shows its "
-                  "records.");
+    throw Failure(Exit::kRefused, what + ": the printer refused", kReadRefused);
   }
   Settings settings;
   for (const auto& [name, value] : answer.reply.items()) {

@@ -121,7 +121,7 @@ Exit ShowFirmware(Host& host, const Options& options) {
   const Printer& printer = host.Find(options.printer);
   if (!printer.family->tells_firmware) {
     throw Failure(Exit::kUsage,
-                  "printers of the models " + std::string(printer.family->models) +
+                  "printers of the series " + std::string(printer.family->models) +
                       " do not tell their firmware version",
                   "Those that do are " + FirmwareModels() + ".");
   }

@@ -5,6 +5,10 @@
 
 namespace PrinterMedia {
 
+const char kReadRefused[] =
+    "It may not have this record or layout (printer-media names shows its records), or be of "
+    "another model than printer-media list shows for it.";
+
 namespace {
 
 struct Row {
@@ -22,9 +26,9 @@ constexpr char kModel[] =
     "under its own device name.";
 
 constexpr Row kRows[] = {
-    {-1, "the printer refused", "the printer did not take the write",
-     "It may not have this record or this layout: printer-media names shows its records.",
-     kReachable},
+    {-1, "the printer refused", "the printer did not take the write", kReadRefused,
+     "It refuses, or does not answer: is it switched on, connected and ready? printer-media status "
+     "tells."},
     {-4, "the printer could not be opened", "the printer could not be opened",
      "Its device or address may be gone, in use, or not allowed for this user. printer-media "
      "doctor "

@@ -10,6 +10,9 @@ namespace PrinterMedia {
 
 enum class Operation { kList, kRead, kWrite };
 
+// What to do where a printer refuses a read.
+extern const char kReadRefused[];
+
 // For a code other than 0. What was done stands in front: `record 3 of "Studio" was not read`.
 Failure CodeFailure(int code, Operation operation, const std::string& what);
 

@@ -202,7 +202,8 @@ class Records(unittest.TestCase):
         self.assertEqual([row["about"] for row in rows], ["worker", "list"] +
                          [printer[0] for printer in PRINTERS])
         companion = Companion([("Silent", "QM-R410 Series", ["--fault", "drop=100000"],
-                                "&timeout=50&retries=0")],
+                                "&timeout=50&retries=0"),
+                               ("Naysayer", "QM-R410 Series", ["--fault", "na"])],
                               {"SupportedPrinters": ["QM-R410 Series"], "Discovery": {
                                   "Network": True, "TimeoutMilliseconds": 100,
                                   "Addresses": ["::bad::"]}})
@@ -213,6 +214,7 @@ class Records(unittest.TestCase):
         self.assertRegex(output, r"note  libZIOPQueues.so: missing .*\n +Without it")
         self.assertRegex(output, r"note  left out: .*not asked: .*\n +Mend the entry of Addresses")
         self.assertRegex(output, r"bad   Silent: .*no answer.*\n +Is it switched on")
+        self.assertRegex(output, r"bad   Naysayer: record 1 .*refused\n +.* another model")
         os.remove(companion.path("PrinterNativeProcess"))
         status, output, _ = companion.run("doctor")
         self.assertEqual((status, output.count("\n")), (1, 2))
@@ -224,7 +226,8 @@ class Records(unittest.TestCase):
             lines = re.findall(r"^\| `(.*?: .*?)`.* \| .* \|$", file.read(), re.M)
         self.assertGreater(len(lines), 8)
         fake = Fake({"GetPrinterList": "say:" + "\n".join(lines) + "\0" + listed("QM-V5 Series"),
-                     "GetStatusReply": '{"GetStatusReply":0}'})
+                     "GetStatusReply": '{"GetStatusReply":0}',
+                     "GetCustomMediaInfo": '{"GetCustomMediaInfo":-1}'})
         rows = [row for row in json.loads(fake.run("doctor", "--json")[1])
                 if row["about"] == "left out"]
         self.assertEqual([row["text"] for row in rows], lines)
