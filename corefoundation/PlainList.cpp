@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,14 +13,18 @@
 #include "corefoundation/Array.h"
 #include "corefoundation/Data.h"
 #include "corefoundation/Dictionary.h"
+#include "corefoundation/ListBudget.h"
 #include "corefoundation/Number.h"
+#include "corefoundation/PropertyListCheck.h"
 #include "corefoundation/String.h"
 
 namespace CoreFoundation {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr bool IsBlank(char character) {
+  return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
 
 constexpr std::array<int, 256> MakeBase64Values() {
   constexpr std::string_view kDigits =
@@ -36,11 +41,12 @@ constexpr std::array<int, 256> kBase64Values = MakeBase64Values();
 
 std::optional<std::string> DecodeBase64(std::string_view text) {
   std::string bytes;
+  bytes.reserve(text.size() / 4 * 3);
   std::uint32_t bits = 0;
   std::size_t digits = 0;
   std::size_t paddings = 0;
   for (const char character : text) {
-    if (kBlanks.find(character) != std::string_view::npos) continue;
+    if (IsBlank(character)) continue;
     const int value = kBase64Values[static_cast<unsigned char>(character)];
     if (character == '=') {
       ++paddings;
@@ -55,9 +61,10 @@ std::optional<std::string> DecodeBase64(std::string_view text) {
   return is_whole && (bits & unused) == 0 ? std::optional(bytes) : std::nullopt;
 }
 
+// Takes nothing that IsSoundXMLList refuses, and spends the same of the budget.
 class PlainReader {
  public:
-  explicit PlainReader(std::string_view text) : rest_(text) {}
+  explicit PlainReader(std::string_view text) : rest_(text), budget_(text.size()) {}
 
   CFRef<CFTypeRef> Read() {
     if (!SkipProlog()) return {};
@@ -71,7 +78,7 @@ class PlainReader {
 
  private:
   void SkipBlanks() {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(kBlanks), rest_.size()));
+    while (!rest_.empty() && IsBlank(rest_.front())) rest_.remove_prefix(1);
   }
 
   // Takes the markup if it comes next, but for blanks.
@@ -86,18 +93,23 @@ class PlainReader {
     return true;
   }
 
-  bool SkipPast(std::string_view end) {
-    const std::size_t at = rest_.find(end);
-    if (at == std::string_view::npos) return false;
-    rest_.remove_prefix(at + end.size());
-    return true;
+  // Skips the rest of a tag that has no end of its own and holds texts between double quotes alone.
+  bool SkipTag(std::string_view end) {
+    const std::size_t length = rest_.find(end);
+    if (length == std::string_view::npos) return false;
+    const std::string_view tag = rest_.substr(0, length);
+    rest_.remove_prefix(length + end.size());
+    const bool is_closed = !tag.empty() && tag.back() == '/';
+    return !is_closed && std::count(tag.begin(), tag.end(), '"') % 2 == 0 &&
+           tag.find_first_of("<['") == std::string_view::npos;
   }
 
   bool SkipProlog() {
-    if (Take("<?xml ") && !SkipPast("?>")) return false;
-    if (Take("<!DOCTYPE ") && !SkipPast(">")) return false;
-    has_outer_tag_ = Take("<plist");
-    return !has_outer_tag_ || SkipPast(">");
+    if (Take("<?xml ") && !SkipTag("?>")) return false;
+    if (Take("<!DOCTYPE ") && !SkipTag(">")) return false;
+    const bool has_attributes = Take("<plist ");
+    has_outer_tag_ = has_attributes || Take("<plist>");
+    return !has_attributes || SkipTag(">");
   }
 
   // The text up to the tag that ends it.
@@ -105,24 +117,37 @@ class PlainReader {
     const std::string_view text = rest_.substr(0, rest_.find('<'));
     rest_.remove_prefix(text.size());
     if (text.find('&') != std::string_view::npos || !TakeHere(end)) return std::nullopt;
+    if (!budget_.TakeObject(text.size() + end.size())) return std::nullopt;
     return text;
   }
 
   CFRef<CFTypeRef> ReadValue() {
-    if (Take("<string>")) return ReadString("</string>");
+    if (Take("<string>")) return ReadString();
     if (Take("<dict>")) return ReadDictionary();
     if (Take("<array>")) return ReadArray();
     if (Take("<integer>")) return ReadInteger();
     if (Take("<data>")) return ReadData();
-    if (Take("<true/>")) return CFRef<CFTypeRef>(kCFBooleanTrue);
-    if (Take("<false/>")) return CFRef<CFTypeRef>(kCFBooleanFalse);
+    if (Take("<true/>")) return ReadBoolean(kCFBooleanTrue);
+    if (Take("<false/>")) return ReadBoolean(kCFBooleanFalse);
     return {};
   }
 
-  CFRef<CFTypeRef> ReadString(std::string_view end) {
-    const auto text = TakeText(end);
+  CFRef<CFTypeRef> ReadBoolean(CFBooleanRef value) {
+    return budget_.TakeObject(0) ? CFRef<CFTypeRef>(value) : CFRef<CFTypeRef>();
+  }
+
+  CFRef<CFTypeRef> ReadString() {
+    const auto text = TakeText("</string>");
+    return CFRef<CFTypeRef>(text ? CreateString(*text) : nullptr);
+  }
+
+  // The records of a list have the same keys.
+  CFRef<CFTypeRef> ReadKey() {
+    const auto text = TakeText("</key>");
     if (!text) return {};
-    return CFRef<CFTypeRef>(CreateString(*text));
+    CFRef<CFTypeRef>& key = keys_[*text];
+    if (!key) key = CFRef<CFTypeRef>(CreateString(*text));
+    return key;
   }
 
   CFRef<CFTypeRef> ReadInteger() {
@@ -143,6 +168,7 @@ class PlainReader {
   }
 
   CFRef<CFTypeRef> ReadArray() {
+    if (!Enter()) return {};
     auto* const array = new Array;
     CFRef<CFTypeRef> owner(RefTo(array));
     while (!Take("</array>")) {
@@ -150,30 +176,42 @@ class PlainReader {
       if (!value) return {};
       array->Append(value.get());
     }
+    --depth_;
     return owner;
   }
 
   CFRef<CFTypeRef> ReadDictionary() {
+    if (!Enter()) return {};
     auto* const dictionary = new Dictionary;
     CFRef<CFTypeRef> owner(RefTo(dictionary));
-    while (!Take("</dict>")) {
+    std::uint64_t keys = 0;
+    for (; !Take("</dict>"); ++keys) {
       if (!Take("<key>")) return {};
-      const CFRef<CFTypeRef> key = ReadString("</key>");
+      const CFRef<CFTypeRef> key = ReadKey();
       if (!key) return {};
       const CFRef<CFTypeRef> value = ReadValue();
       if (!value) return {};
       dictionary->Set(key.get(), value.get());
     }
+    --depth_;
+    if (!budget_.TakeKeys(keys)) return {};
     return owner;
   }
 
+  // Begins a container.
+  bool Enter() { return budget_.TakeObject(0) && ++depth_ <= kMaximumListDepth; }
+
   std::string_view rest_;
+  ListBudget budget_;
+  std::size_t depth_ = 0;
   bool has_outer_tag_ = false;
+  std::map<std::string_view, CFRef<CFTypeRef>> keys_;
 };
 
 }  // namespace
 
 CFRef<CFTypeRef> ReadPlainList(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) return {};
   return PlainReader(text).Read();
 }
 

@@ -219,9 +219,9 @@ CFRef<CFTypeRef> ParseObject(std::string_view bytes) {
   if (bytes.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
     bytes.remove_prefix(kByteOrderMark.size());
   }
-  if (!IsSoundXMLList(bytes)) return {};
   CFRef<CFTypeRef> plain = ReadPlainList(bytes);
   if (plain) return plain;
+  if (!IsSoundXMLList(bytes)) return {};
   return ParseWithLibrary(bytes, Plist().from_xml);
 }
 

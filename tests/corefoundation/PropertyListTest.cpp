@@ -219,7 +219,10 @@ TEST(PropertyList, BoundsWhatReadingCosts) {
       {repeated("<string>", 30000, "&#65;", "</string>"), false},
       {repeated("<string>", 20000, "&lt;<!--->-->", "</string>"), false},
       // Each object takes memory.
+      {repeated("<array>", 300000, "<true/>", "</array>"), true},
       {repeated("<array>", 400000, "<true/>", "</array>"), false},
+      {repeated("<array>", 450000, "<data></data>", "</array>"), false},
+      {repeated("<array>", 300000, "<dict></dict>", "</array>"), true},
       {repeated("<array>", 400000, "<dict/>", "</array>"), false},
   };
   for (const auto& [list, taken] : kCases) {
