@@ -1,6 +1,9 @@
 #include "printer_io/ZIOSearchPrinter.h"
 
+#include <utility>
+
 #include "printer_io/FoundationCast.h"
+#include "printer_io/StoredPrinters.h"
 #include "printer_io/ZIOPlugin.h"
 
 namespace {
@@ -36,15 +39,9 @@ void ZIOSearchPrinter::SavePrinterInfoList(const NSArray* records) {
 
 CFRef<CFDictionaryRef> ZIOSearchPrinter::GetPrinterInfo(const NSString* name) {
   if (name == nullptr) return {};
-  const CFRef<CFArrayRef> records = StoredList();
-  const CFIndex count = records ? CFArrayGetCount(records.get()) : 0;
-  for (CFIndex i = 0; i < count; ++i) {
-    const auto record =
-        Ravik::CastOrRaise<CFDictionaryRef>(CFArrayGetValueAtIndex(records.get(), i));
-    const auto target = Ravik::RecordValue<CFStringRef>(record, CFSTR(ZIO_INFO_TARGET_NAME));
-    if (target == nullptr) return {};
-    if (CFDictionaryGetValue(record, CFSTR(ZIO_INFO_ADDRESS)) == nullptr) return {};
-    if (CFEqual(name, target)) return CFRef<CFDictionaryRef>::Retain(record);
-  }
-  return {};
+  // The defaults give the same list until somebody stores another.
+  static auto& latest = *new StoredPrinters;
+  CFRef<CFArrayRef> records = StoredList();
+  if (records.get() != latest.records()) latest = StoredPrinters(std::move(records));
+  return CFRef<CFDictionaryRef>::Retain(latest.Find(name));
 }

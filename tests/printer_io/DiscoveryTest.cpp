@@ -3,11 +3,13 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 
 #include "GantryCore/IPrinterLibrary.h"
 #include "printer_io/PropertyListFile.h"
 #include "printer_io/SearchPrinterMac.h"
+#include "printer_io/StoredPrinters.h"
 #include "printer_io/ZIOSearchPrinter.h"
 #include "tests/fake_plugin/FakePlugin.h"
 
@@ -37,6 +39,32 @@ Object Entries(const Object& target, const Object& address, const Object& port,
   if (port) entries[ZIO_INFO_IOX_TYPE] = port;
   if (printer) entries[ZIO_INFO_PRINTER_NAME] = printer;
   return MakeDictionary(entries);
+}
+
+// The record that a walk over all of them finds for the name: null when it meets none, or one
+// without name or address before; throws at one of another class.
+const NSDictionary* Walk(const std::vector<Object>& records, CFTypeRef name) {
+  for (const Object& object : records) {
+    const auto record = CFCast<CFDictionaryRef>(object.get());
+    if (record == nullptr) throw NSException("no record");
+    const auto* const target = CFDictionaryGetValue(record, CFSTR(ZIO_INFO_TARGET_NAME));
+    if (target != nullptr && CFCast<CFStringRef>(target) == nullptr) throw NSException("no text");
+    if (target == nullptr || CFDictionaryGetValue(record, CFSTR(ZIO_INFO_ADDRESS)) == nullptr) {
+      return nullptr;
+    }
+    if (CFEqual(name, target)) return record;
+  }
+  return nullptr;
+}
+
+// What a search ends with: a record, or null, or an exception.
+template <typename Search>
+std::pair<const NSDictionary*, bool> Outcome(Search search) {
+  try {
+    return {search(), false};
+  } catch (const NSException&) {
+    return {nullptr, true};
+  }
 }
 
 class DiscoveryTest : public testing::Test {
@@ -123,6 +151,29 @@ TEST_F(DiscoveryTest, OpensByTheFirstCompleteRecordOfTheName) {
   }
   fake_plugin::StoreList(name.get());
   EXPECT_FALSE(ZIOSearchPrinter::GetPrinterInfo(CFSTR("A"))) << "no array";
+}
+
+// Every search in its turn finds what one that walks all records from the first would.
+TEST(StoredPrinters, FindsWhatAWalkFromTheFirstRecordFinds) {
+  const Object bytes = MakeData("x");
+  const Object odd[] = {MakeNumber(1), Entries({}, bytes, bytes), Entries(MakeText("B"), {}, bytes),
+                        Entries(MakeNumber(1), bytes, bytes)};
+  std::mt19937 random{4041};
+  const auto below = [&random](std::size_t end) { return random() % end; };
+  for (int i = 0; i < 400; ++i) {
+    std::vector<Object> records;
+    for (std::size_t count = below(40); count > 0; --count) {
+      const std::string name(1 + below(2), static_cast<char>('a' + below(12)));
+      records.push_back(below(40) == 0 ? odd[below(std::size(odd))] : Record(name.c_str()));
+    }
+    const Object array = MakeArray(records);
+    StoredPrinters stored(CFRef<CFArrayRef>::Retain(CFCast<CFArrayRef>(array.get())));
+    for (int search = 0; search < 30; ++search) {
+      const Object name = MakeText(std::string(1 + below(2), static_cast<char>('a' + below(13))));
+      EXPECT_EQ(Outcome([&] { return stored.Find(CFCast<CFStringRef>(name.get())); }),
+                Outcome([&] { return Walk(records, name.get()); }));
+    }
+  }
 }
 
 TEST(PropertyListFile, ReadsDictionariesAlone) {
