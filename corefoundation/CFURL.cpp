@@ -20,11 +20,10 @@ using CoreFoundation::URL;
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef /*allocator*/, CFStringRef path,
                                        CFURLPathStyle style, Boolean /*is_directory*/) {
   const auto& text = ObjectOf<String>(path);
-  std::u16string units = text.units();
+  const std::u16string& units = text.units();
   if (units.empty() || style != kCFURLPOSIXPathStyle) return nullptr;
   if (units.size() == 1 || units.back() != u'/') return RefTo(new URL(text));
-  units.pop_back();
-  const CFRef<CFStringRef> trimmed(RefTo(new String(std::move(units))));
+  const CFRef<CFStringRef> trimmed(RefTo(new String(units.substr(0, units.size() - 1))));
   return RefTo(new URL(ObjectOf<String>(trimmed.get())));
 }
 

@@ -16,7 +16,7 @@ constexpr std::string_view kStatusCommand("ST\x01\x00\x01", 5);  // name, length
 
 void LocalPort::Open() {
   StartToOpen(device_ != nullptr);
-  device_ = std::make_unique<LocalDevice>(uri_, waiter_);
+  device_ = std::make_unique<LocalDevice>(uri(), waiter_);
 }
 
 void LocalPort::Close() {

@@ -14,7 +14,7 @@ namespace ZIOP {
 
 class LocalPort : public Port {
  public:
-  explicit LocalPort(DeviceURI uri) : Port(std::move(uri)) {}
+  explicit LocalPort(std::shared_ptr<const DeviceURI> uri) : Port(std::move(uri)) {}
 
   // See LocalDevice.
   void Open() override;

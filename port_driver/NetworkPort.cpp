@@ -20,15 +20,19 @@ int32_t FreshRequestId() {
 }  // namespace
 
 void NetworkPort::Open() {
-  StartToOpen(channels_ != nullptr);
-  channels_ = std::make_unique<Channels>(
-      uri_, ResolveHost(uri_.host, Deadline::After(uri_.budget()), waiter_), waiter_);
+  StartToOpen(channels_.has_value());
+  channels_.emplace(uri(), ResolveHost(uri().host, Deadline::After(uri().budget()), waiter_),
+                    waiter_);
 }
 
 void NetworkPort::Close() {
+  struct Closing {
+    ~Closing() { channels.reset(); }
+    std::optional<Channels>& channels;
+  };
   Start();
-  const auto channels = std::move(channels_);
-  channels->raw.Close();
+  const Closing closing{channels_};
+  channels_->raw.Close();
 }
 
 std::string_view NetworkPort::ExchangeSnmp(std::string_view request) {
@@ -47,7 +51,7 @@ std::string NetworkPort::Status() {
 }
 
 NetworkPort::Channels& NetworkPort::Start() {
-  StartOnOpen(channels_ != nullptr);
+  StartOnOpen(channels_.has_value());
   return *channels_;
 }
 

@@ -3,6 +3,7 @@
 #define PORT_DRIVER_NETWORKPORT_H_
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,7 +18,7 @@ namespace ZIOP {
 // An SNMP exchange, and so the status, takes no longer than DeviceURI::budget with all its tries.
 class NetworkPort : public Port {
  public:
-  explicit NetworkPort(DeviceURI uri) : Port(std::move(uri)) {}
+  explicit NetworkPort(std::shared_ptr<const DeviceURI> uri) : Port(std::move(uri)) {}
 
   // Resolves the host; sends nothing yet.
   void Open() override;
@@ -40,7 +41,7 @@ class NetworkPort : public Port {
   ByteStream& Stream() override { return Start().raw; }
   Channels& Start();
 
-  std::unique_ptr<Channels> channels_;  // while the port is open
+  std::optional<Channels> channels_;  // while the port is open
 };
 
 }  // namespace ZIOP

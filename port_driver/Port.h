@@ -3,6 +3,7 @@
 #define PORT_DRIVER_PORT_H_
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -45,7 +46,7 @@ class Port {
   }
 
  protected:
-  explicit Port(DeviceURI uri) : uri_(std::move(uri)) {}
+  explicit Port(std::shared_ptr<const DeviceURI> uri) : shared_uri_(std::move(uri)) {}
 
   // Begins an operation on the open port.
   virtual ByteStream& Stream() = 0;
@@ -54,8 +55,12 @@ class Port {
   void StartToOpen(bool is_open);
   void StartOnOpen(bool is_open);
 
-  const DeviceURI uri_;
+  const DeviceURI& uri() const { return *shared_uri_; }
+
   Waiter waiter_;
+
+ private:
+  const std::shared_ptr<const DeviceURI> shared_uri_;
 };
 
 }  // namespace ZIOP

@@ -25,19 +25,20 @@ std::string_view Bytes(const char* bytes, int64_t length) {
 }
 
 // A port is opened for every operation, mostly the same: the latest text is not read again.
-DeviceURI ReadURI(std::string_view text) {
-  thread_local std::string latest_text;
-  thread_local DeviceURI latest;
-  if (latest_text.empty() || text != latest_text) {
-    latest_text.clear();
-    latest = DeviceURI::Parse(text);
-    latest_text = text;
+std::shared_ptr<const DeviceURI> ReadURI(std::string_view text) {
+  struct Latest {
+    std::string text;
+    std::shared_ptr<const DeviceURI> uri;
+  };
+  thread_local Latest latest;
+  if (latest.uri == nullptr || text != latest.text) {
+    latest = {std::string(text), std::make_shared<DeviceURI>(DeviceURI::Parse(text))};
   }
-  return latest;
+  return latest.uri;
 }
 
-std::unique_ptr<Port> MakePort(DeviceURI uri) {
-  if (uri.isLocal()) {
+std::unique_ptr<Port> MakePort(std::shared_ptr<const DeviceURI> uri) {
+  if (uri->isLocal()) {
     return std::make_unique<LocalPort>(std::move(uri));
   }
   return std::make_unique<NetworkPort>(std::move(uri));
@@ -132,8 +133,8 @@ void PortInterface::Initialise(int version, const ZIOOpenParameter* parameter) {
   Require(address != nullptr, "the port information is no data");
   const auto* bytes = reinterpret_cast<const char*>(CFDataGetBytePtr(address));
   const std::string_view text = Bytes(bytes, CFDataGetLength(address));
-  DeviceURI uri = ReadURI(text);
-  port_name_ = uri.isLocal() ? "local" : "network";
+  auto uri = ReadURI(text);
+  port_name_ = uri->isLocal() ? "local" : "network";
   if (IsTraced()) Trace(port_name_, "open", {}, Ravik::TraceQuoted(text, kMaximumURILength));
   port_ = MakePort(std::move(uri));
 }

@@ -56,8 +56,9 @@ void* CPluginLoader::GetInterface(const __CFString* interface_id) {
   if (!HasInstance() || interface_id == nullptr) return nullptr;
   const CFRef<CFUUIDRef> id(CFUUIDCreateFromString(kCFAllocatorDefault, interface_id));
   if (!id) return nullptr;
+  static const CFUUIDRef unknown = IUnknownUUID;
   // The Release below takes back a reference of its own, except for IUnknown itself.
-  if (!CFEqual(id.get(), IUnknownUUID)) (*instance_)->AddRef(instance_);
+  if (!CFEqual(id.get(), unknown)) (*instance_)->AddRef(instance_);
   void* interface = nullptr;
   const HRESULT result =
       (*instance_)->QueryInterface(instance_, CFUUIDGetUUIDBytes(id.get()), &interface);

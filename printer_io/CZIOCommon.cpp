@@ -38,8 +38,8 @@ CZIOCommon::CZIOCommon(const __CFData* port_information, const __CFNumber* port_
   if (port_type != nullptr) CFNumberGetValue(port_type, kCFNumberSInt32Type, &type);
   is_tcpip_ = type == ZIO_PORT_TYPE_TCPIP ? 1 : 0;
   if (!port_information_ || port_type == nullptr) return;
-  handler_ = std::make_unique<IOHandler>(port_information_.get(), CZIOCommonErrorHandler, this,
-                                         ZIOLibrary::GetLibraryPath().get());
+  handler_.emplace(port_information_.get(), CZIOCommonErrorHandler, this,
+                   ZIOLibrary::GetLibraryPath().get());
 }
 
 CZIOCommon::~CZIOCommon() {
@@ -47,19 +47,19 @@ CZIOCommon::~CZIOCommon() {
 }
 
 int CZIOCommon::OpenPrinterPort() {
-  if (handler_ == nullptr) return kFailure;
+  if (!handler_) return kFailure;
   opened_ = handler_->Open() == 0 ? 1 : 0;
   return opened_ == 1 ? 0 : kFailure;
 }
 
 void CZIOCommon::ClosePrinterPort() {
-  if (opened_ == 0 || handler_ == nullptr) return;
+  if (opened_ == 0 || !handler_) return;
   handler_->Close();
   opened_ = 0;
 }
 
 int CZIOCommon::GetStatus(char* buffer) {
-  if (handler_ == nullptr || buffer == nullptr) return kFailure;
+  if (!handler_ || buffer == nullptr) return kFailure;
   return handler_->Status(buffer);
 }
 
@@ -68,7 +68,7 @@ int CZIOCommon::SendWriteCommand(char* bytes, long length, unsigned char snmp) {
     std::array<char, kScratchSize> dropped{};
     return SendWriteAndReadCommand(bytes, length, dropped.data(), kSnmpBufferSize);
   }
-  if (handler_ == nullptr || !IsRange(bytes, length)) return kFailure;
+  if (!handler_ || !IsRange(bytes, length)) return kFailure;
   if (handler_->Write(bytes, &length) != 0) return kFailure;
   return handler_->Flush(0) == 0 ? 0 : kFailure;
 }
@@ -81,7 +81,7 @@ int CZIOCommon::SendWriteAndReadCommand(char* bytes, long length, char* reply, l
 }
 
 int CZIOCommon::ExchangeSNMP(const char* bytes, long length, char* reply, long capacity) {
-  if (handler_ == nullptr) return kFailure;
+  if (!handler_) return kFailure;
   std::array<char, kSnmpBufferSize> request{};
   std::array<char, kSnmpBufferSize> answer{};
   long request_length = 0;
@@ -99,12 +99,12 @@ int CZIOCommon::ExchangeSNMP(const char* bytes, long length, char* reply, long c
 }
 
 int CZIOCommon::SendReadCommand(char* buffer, long capacity) {
-  if (handler_ == nullptr || !IsRange(buffer, capacity)) return kFailure;
+  if (!handler_ || !IsRange(buffer, capacity)) return kFailure;
   return handler_->Read(buffer, &capacity) == 0 ? 0 : kFailure;
 }
 
 int CZIOCommon::D4_SendWriteAndReadCommand(char* bytes, long length, char* reply, long capacity) {
-  if (handler_ == nullptr || !IsRange(bytes, length) || !IsRange(reply, capacity)) return kFailure;
+  if (!handler_ || !IsRange(bytes, length) || !IsRange(reply, capacity)) return kFailure;
   ControlElement block = {bytes, length, reply, capacity};
   return handler_->Control(&block);
 }

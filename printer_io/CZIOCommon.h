@@ -4,7 +4,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include <memory>
+#include <optional>
 
 #include "corefoundation/Foundation.h"
 #include "printer_io/IOHandler.h"
@@ -75,7 +75,7 @@ class CZIOCommon {
   unsigned char is_tcpip_ = 0;
   // Declared in front of the handler, so that it outlives it.
   CFRef<CFDataRef> port_information_;
-  std::unique_ptr<IOHandler> handler_;
+  std::optional<IOHandler> handler_;
 };
 
 // The plug-in's error callback: ignores its arguments and answers -1.

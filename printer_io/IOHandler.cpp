@@ -6,13 +6,14 @@
 
 IOHandler::IOHandler(const __CFData* port_information, ZIOErrorCallback error_callback,
                      void* context, const __CFString* path) {
-  std::string path_text;
-  if (!Ravik::CopyText(path, CFStringGetSystemEncoding(), path_text)) return;
-  loader_ = std::make_unique<CPluginLoader>(path, CFSTR(ZIO_PLUGIN_TYPE_ID));
+  std::string path_copy;
+  const char* const path_text = Ravik::TextOf(path, CFStringGetSystemEncoding(), path_copy);
+  if (path_text == nullptr) return;
+  loader_.emplace(path, CFSTR(ZIO_PLUGIN_TYPE_ID));
   port_ = static_cast<ZIOPortInterface*>(loader_->GetInterface(CFSTR(ZIO_PORT_INTERFACE_ID)));
   if (port_ == nullptr) return;
   const ZIOOpenParameter parameter = {port_information, nullptr, nullptr,
-                                      error_callback,   context, path_text.c_str()};
+                                      error_callback,   context, path_text};
   initialised_ = port_->table->initialise(port_, ZIO_INTERFACE_VERSION, &parameter) == 0;
   if (initialised_) use_.SetCancellable(port_);
 }

@@ -2,7 +2,7 @@
 #ifndef PRINTER_IO_IOHANDLER_H_
 #define PRINTER_IO_IOHANDLER_H_
 
-#include <memory>
+#include <optional>
 
 #include "printer_io/CPluginLoader.h"
 #include "printer_io/Termination.h"
@@ -44,7 +44,7 @@ class IOHandler {
   bool MayOperate() const { return opened_ && !Ravik::Termination::IsPending(); }
 
   Ravik::Termination::PortUse use_;  // in front of the plug-in, so that it ends after it
-  std::unique_ptr<CPluginLoader> loader_;
+  std::optional<CPluginLoader> loader_;
   ZIOPortInterface* port_ = nullptr;
   bool initialised_ = false;
   bool opened_ = false;

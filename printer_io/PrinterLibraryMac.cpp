@@ -120,7 +120,7 @@ bool IPrinterLibrary::SendCommand(const CommandVO& command, CommandVO* reply) {
       0) {
     return false;
   }
-  *reply += CommandVO(buffer.data(), kReplySize);
+  reply->Append(buffer.data(), kReplySize);
   return true;
 }
 
@@ -132,7 +132,7 @@ bool IPrinterLibrary::SendCommandD4(const CommandVO& command, CommandVO* reply) 
                                          kReplySize) != 0) {
     return false;
   }
-  if (reply != nullptr) *reply += CommandVO(buffer.data(), kReplySize);
+  if (reply != nullptr) reply->Append(buffer.data(), kReplySize);
   return true;
 }
 

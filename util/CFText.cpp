@@ -4,6 +4,12 @@
 
 namespace Ravik {
 
+const char* TextOf(CFStringRef string, CFStringEncoding encoding, std::string& copy) {
+  const char* const own = string != nullptr ? CFStringGetCStringPtr(string, encoding) : nullptr;
+  if (own != nullptr) return own;
+  return CopyText(string, encoding, copy) ? copy.c_str() : nullptr;
+}
+
 bool CopyText(CFStringRef string, CFStringEncoding encoding, std::string& text) {
   if (string == nullptr) return false;
   if (const char* const direct = CFStringGetCStringPtr(string, encoding)) {

@@ -19,6 +19,9 @@ class CommandVO {
   // Appends all bytes of other, which may be this buffer itself.
   CommandVO& operator+=(const CommandVO& other);
 
+  // Appends length bytes, none for a null pointer or a length below 1. They are not of this buffer.
+  void Append(const char* bytes, int length);
+
   // The bytes; valid until the buffer changes.
   const std::vector<unsigned char>& bytes() const { return bytes_; }
 
