@@ -1,9 +1,14 @@
 // The values and maps that carry parameters between a host's JSON and the printer.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <random>
 #include <sstream>
 #include <stdexcept>
+#include <string>
 #include <tuple>
+#include <vector>
 
 #include "GantryCore/ParameterMapVO.h"
 #include "Library/RavikCommon/RavikValue.h"
@@ -25,6 +30,8 @@ TEST(Value, TextAndJsonOfEveryKind) {
       {value("Paper"), "Paper", "\"Paper\""},
       {value(value::array{}), "array", "[]"},
       {value(value::array{value(1), value("a"), value(true)}), "array", "[1,\"a\",true]"},
+      {value("\"/\\\t\"/\\\t\"/\\\t\"/\\\t\"/\\\t"), "\"/\\\t\"/\\\t\"/\\\t\"/\\\t\"/\\\t",
+       R"("\"\/\\\t\"\/\\\t\"\/\\\t\"\/\\\t\"\/\\\t")"},
       {nested, "object", "{\"B\":[\"x\"],\"a\"b\":1}"},
   };
   for (const auto& [tested, text, json] : kCases) {
@@ -121,6 +128,55 @@ TEST(ParameterMap, ContainsWhatItsSharedKeysAgreeOn) {
   ParameterMapVO otherKind;
   otherKind.insert("No", "3");
   EXPECT_FALSE(request.isContain(otherKind));
+}
+
+// A worker fills its maps again and again. What they held before must not show, whatever the order
+// of the keys and however many values they had.
+TEST(ParameterMap, HoldsWhatItIsFilledWithAgain) {
+  std::minstd_rand random(1);
+  const auto below = [&random](unsigned int bound) { return random() % bound; };
+  ParameterMapVO map;
+  std::map<std::string, std::vector<value>> model;
+  for (int step = 0; step < 20000; ++step) {
+    if (below(8) == 0) {
+      map.clear();
+      model.clear();
+    }
+    // Often the keys that come next, as where the same reply is read again.
+    const std::string next = model.empty() ? "k" : model.rbegin()->first + 'k';
+    const std::string key = below(2) == 0 ? next.substr(0, 6) : std::string(1, "akz"[below(3)]);
+    const auto number = static_cast<int>(below(100));
+    const std::string text(static_cast<std::size_t>(number), 'x');
+    switch (below(4)) {
+      case 0:
+        map.insert(key);
+        model[key];
+        break;
+      case 1:
+        map.insert(key, number);
+        model[key].emplace_back(number);
+        break;
+      case 2:
+        map.insert(key, text);
+        model[key].emplace_back(text);
+        break;
+      default:
+        map.insert(key, value(value::array{value(text)}));
+        model[key].emplace_back(value::array{value(text)});
+    }
+    ASSERT_EQ(map.size(), model.size()) << step;
+    ASSERT_TRUE(std::equal(map.begin(), map.end(), model.begin(), model.end(),
+                           [](const auto& entry, const auto& expected) {
+                             const auto& [name, values] = entry;
+                             if (name != expected.first) return false;
+                             if (values.size() != expected.second.size()) return false;
+                             for (std::size_t i = 0; i < values.size(); ++i) {
+                               if (!(values[i] == expected.second[i])) return false;
+                             }
+                             return true;
+                           }))
+        << step;
+  }
 }
 
 }  // namespace

@@ -17,22 +17,45 @@ bool IsBefore(const ParameterMapVO::Map::value_type& entry, const std::string& k
 }  // namespace
 
 ParameterValues& ParameterMapVO::Values(const std::string& key) {
-  if (map_.empty() || IsBefore(map_.back(), key)) {
-    return map_.emplace_back(key, ParameterValues()).second;
-  }
-  const auto place = std::lower_bound(map_.begin(), map_.end(), key, IsBefore);
-  if (place->first == key) return place->second;
-  return map_.emplace(place, key, ParameterValues())->second;
+  return size_ < ordered_ && end()->first == key ? Restore() : FindOrAdd(key);
+}
+
+ParameterValues& ParameterMapVO::FindOrAdd(const std::string& key) {
+  if (size_ == 0 || IsBefore(map_[size_ - 1], key)) return Add(key, size_);
+  const auto place = std::lower_bound(begin(), end(), key, IsBefore);
+  const auto index = static_cast<std::size_t>(place - begin());
+  return place->first == key ? map_[index].second : Add(key, index);
+}
+
+ParameterValues& ParameterMapVO::Restore() {
+  ParameterValues& values = map_.begin()[static_cast<std::ptrdiff_t>(size_)].second;
+  values.clear();
+  ++size_;
+  return values;
+}
+
+ParameterValues& ParameterMapVO::Add(const std::string& key, std::size_t index) {
+  ordered_ = size_;
+  if (size_ == map_.size()) map_.emplace_back();
+  map_[size_].first = key;
+  Restore();
+  const auto place = map_.begin() + static_cast<std::ptrdiff_t>(index);
+  const auto entries_end = map_.begin() + static_cast<std::ptrdiff_t>(size_);
+  std::rotate(place, entries_end - 1, entries_end);
+  ordered_ = size_;
+  return place->second;
 }
 
 const ParameterValues* ParameterMapVO::FindValues(const std::string& key) const {
   // Few keys are compared sooner by their lengths than in their order.
   constexpr std::size_t kFew = 24;
-  const auto place = map_.size() > kFew
-                         ? std::lower_bound(map_.begin(), map_.end(), key, IsBefore)
-                         : std::find_if(map_.begin(), map_.end(),
-                                        [&key](const auto& entry) { return entry.first == key; });
-  return place != map_.end() && place->first == key ? &place->second : nullptr;
+  const auto is_key = [&key](const Map::value_type& entry) { return entry.first == key; };
+  if (size_ <= kFew) {
+    const auto place = std::find_if(begin(), end(), is_key);
+    return place != end() ? &place->second : nullptr;
+  }
+  const auto place = std::lower_bound(begin(), end(), key, IsBefore);
+  return place != end() && is_key(*place) ? &place->second : nullptr;
 }
 
 void ParameterMapVO::insert(const std::string& key) {
@@ -102,8 +125,8 @@ bool ParameterMapVO::find(const std::string& key, int index, int& integer) const
 }
 
 std::size_t ParameterMapVO::sizeMinVector() const {
-  std::size_t smallest = map_.empty() ? 0 : std::numeric_limits<std::size_t>::max();
-  for (const auto& [key, values] : map_) smallest = std::min(smallest, values.size());
+  std::size_t smallest = size_ == 0 ? 0 : std::numeric_limits<std::size_t>::max();
+  for (const auto& [key, values] : *this) smallest = std::min(smallest, values.size());
   return smallest;
 }
 
@@ -116,36 +139,45 @@ bool ParameterMapVO::isContain(const ParameterMapVO& other) const {
   return true;
 }
 
-void ParameterMapVO::AppendObject(std::string& json, std::size_t index) const {
-  json += '{';
-  for (const auto& [key, values] : map_) {
-    json += '"';
-    json += key;
-    json += '"';
-    json += ':';
-    if (index < values.size()) {
-      values[index].serialize_to(json);
-    } else {
-      value().serialize_to(json);
-    }
-    json += ',';
+std::size_t ParameterMapVO::JsonBound(std::size_t objects) const {
+  std::size_t keys = std::string_view("{},").size();
+  std::size_t values_bound = std::string_view("[]").size();
+  for (const auto& [key, values] : *this) {
+    keys += key.size() + std::string_view("\"\":,").size();
+    values_bound += values.empty() ? value().serialized_bound() : values[0].serialized_bound();
+    for (std::size_t i = 1; i < objects; ++i) values_bound += values[i].serialized_bound();
   }
-  if (!map_.empty()) json.pop_back();  // the last comma
-  json += '}';
+  return objects * keys + values_bound;
+}
+
+char* ParameterMapVO::WriteObject(char* json, std::size_t index) const {
+  *json++ = '{';
+  for (const auto& [key, values] : *this) {
+    *json++ = '"';
+    json = std::copy(key.begin(), key.end(), json);
+    *json++ = '"';
+    *json++ = ':';
+    json = index < values.size() ? values[index].serialize_to(json) : value().serialize_to(json);
+    *json++ = ',';
+  }
+  if (size_ != 0) --json;  // the last comma
+  *json++ = '}';
+  return json;
 }
 
 void ParameterMapVO::appendJson(std::string& json) const {
   const std::size_t positions = sizeMinVector();
-  if (positions < 2) {
-    AppendObject(json, 0);
-    return;
+  const std::size_t objects = std::max<std::size_t>(positions, 1);
+  const std::size_t start = json.size();
+  json.resize(start + JsonBound(objects));
+  char* end = json.data() + start;
+  if (positions >= 2) *end++ = '[';
+  for (std::size_t index = 0; index < objects; ++index) {
+    if (index != 0) *end++ = ',';
+    end = WriteObject(end, index);
   }
-  json += '[';
-  for (std::size_t index = 0; index < positions; ++index) {
-    if (index != 0) json += ',';
-    AppendObject(json, index);
-  }
-  json += ']';
+  if (positions >= 2) *end++ = ']';
+  json.resize(static_cast<std::size_t>(end - json.data()));
 }
 
 void ParameterMapVO::printJson(std::ostream& out) const {

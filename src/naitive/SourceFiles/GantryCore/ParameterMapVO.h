@@ -3,7 +3,6 @@
 #define GANTRYCORE_PARAMETERMAPVO_H_
 
 #include <cstddef>
-#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -18,12 +17,12 @@ namespace Ravik {
 // The values of one key. The first one, which most keys hold alone, takes no memory of its own.
 class ParameterValues {
  public:
-  std::size_t size() const { return first_ ? 1 + more_.size() : 0; }
-  bool empty() const { return !first_; }
+  std::size_t size() const { return has_first_ ? 1 + more_.size() : 0; }
+  bool empty() const { return !has_first_; }
 
   // index is below size().
   const value& operator[](std::size_t index) const {
-    return index == 0 ? *first_ : more_[index - 1];
+    return index == 0 ? first_ : more_[index - 1];
   }
 
   // Throws std::out_of_range for an index at or beyond size().
@@ -32,18 +31,26 @@ class ParameterValues {
     return (*this)[index];
   }
 
+  // Removes all values; the first one's memory stays for the next.
+  void clear() {
+    has_first_ = false;
+    more_.clear();
+  }
+
   // Appends the value that is made of the argument.
   template <typename Content>
   void emplace_back(Content&& content) {
-    if (first_) {
+    if (has_first_) {
       more_.emplace_back(std::forward<Content>(content));
     } else {
-      first_.emplace(std::forward<Content>(content));
+      first_ = std::forward<Content>(content);
+      has_first_ = true;
     }
   }
 
  private:
-  std::optional<value> first_;
+  bool has_first_ = false;
+  value first_;              // a former one where there is none
   std::vector<value> more_;  // empty without a first one
 };
 
@@ -53,12 +60,20 @@ class ParameterValues {
 // The entries lie in one block in the order of their keys. A new key is added in constant time when
 // it comes behind all others, as it does wherever a table or a JSON object is walked; otherwise
 // those behind it are moved.
+//
+// Entries that clear() removes stay behind the others, so that those to come use their memory. Keys
+// that come as they did before, as those of a reply do, find their places without a search.
 class ParameterMapVO {
  public:
   using Map = std::vector<std::pair<std::string, ParameterValues>>;
 
+  ParameterMapVO() = default;
+  // Copied also where it could be moved: what is moved from would have lost its entries.
+  ParameterMapVO(const ParameterMapVO&) = default;
+  ParameterMapVO& operator=(const ParameterMapVO&) = default;
+
   // Removes all keys; their memory stays for those to come.
-  void clear() { map_.clear(); }
+  void clear() { size_ = 0; }
 
   // Makes room for that many keys at once.
   void reserve(Map::size_type keys) { map_.reserve(keys); }
@@ -88,8 +103,8 @@ class ParameterMapVO {
   const value* first(const std::string& key) const;
 
   Map::const_iterator begin() const { return map_.begin(); }
-  Map::const_iterator end() const { return map_.end(); }
-  Map::size_type size() const { return map_.size(); }
+  Map::const_iterator end() const { return begin() + static_cast<std::ptrdiff_t>(size_); }
+  Map::size_type size() const { return size_; }
 
   // The smallest number of values that a key holds; 0 for an empty map.
   std::size_t sizeMinVector() const;
@@ -111,16 +126,30 @@ class ParameterMapVO {
   // The values of the key, which is added without any if it is absent.
   ParameterValues& Values(const std::string& key);
 
+  // The same for a key that is not that of the first one of the removed entries.
+  ParameterValues& FindOrAdd(const std::string& key);
+
+  // The values, none, of the first one of the removed entries, which is added again.
+  ParameterValues& Restore();
+
+  // The values, none, of a new key, whose place is in front of the entry at index.
+  ParameterValues& Add(const std::string& key, std::size_t index);
+
   // The values of the key; null if it is absent.
   const ParameterValues* FindValues(const std::string& key) const;
 
   // The key's value at index; null if the key is absent or holds no value there.
   const value* At(const std::string& key, int index) const;
 
-  // Appends the object of the values at index.
-  void AppendObject(std::string& json, std::size_t index) const;
+  // As long as the map can be as JSON at most, with that many objects in it.
+  std::size_t JsonBound(std::size_t objects) const;
 
-  Map map_;
+  // Writes the object of the values at index to where there is room for it; returns its end there.
+  char* WriteObject(char* json, std::size_t index) const;
+
+  Map map_;  // the entries, and behind them those that have been removed
+  std::size_t size_ = 0;
+  std::size_t ordered_ = 0;  // so many of both are in the order of their keys; the entries at least
 };
 
 std::ostream& operator<<(std::ostream& out, const ParameterMapVO& parameters);

@@ -206,8 +206,9 @@ long PrinterProcess::SetCustomMediaInfo(const PrinterVO& printer, const Paramete
   }
   APPLICATION_ERROR error = ERROR_COMMAND;
   if (!CPrinterController::Write(key, printer, in, out, error)) return error;
+  ParameterMapVO readBack;
   return AwaitAgreement([&] {
-    ParameterMapVO readBack;
+    readBack.clear();
     if (GetCustomMediaInfo(printer, in, readBack) != 0) return ReadBack::kFailed;
     return in.isContain(readBack) ? ReadBack::kAgrees : ReadBack::kDiffers;
   });
@@ -223,8 +224,9 @@ long PrinterProcess::SetMediaInitialize(const PrinterVO& printer, const Paramete
   ParameterMapVO request;
   request.insert(kCommandVersion, 0);
   request.insert(CUSTOMMEDIA_NUMBER, number);
+  ParameterMapVO readBack;
   return AwaitAgreement([&] {
-    ParameterMapVO readBack;
+    readBack.clear();
     if (GetCustomMediaInfo(printer, request, readBack) != 0) return ReadBack::kFailed;
     value flag;
     const bool cleared = readBack.find(CUSTOMMEDIA_REGISTRATION_FLAG, flag) && flag.is<int>() &&

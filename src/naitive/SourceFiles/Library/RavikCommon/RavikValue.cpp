@@ -1,11 +1,10 @@
 #include "Library/RavikCommon/RavikValue.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdio>
-#include <iterator>
-#include <limits>
 #include <utility>
 
 #include "Library/RavikCommon/RavikAssert.h"
@@ -21,39 +20,68 @@ value::value(const char* text) : value(std::string_view(text)) {}
 value::value(array elements) : payload_(std::move(elements)) {}
 value::value(object members) : payload_(std::make_shared<const object>(std::move(members))) {}
 
+value& value::operator=(std::string_view text) {
+  if (std::string* const former = std::get_if<std::string>(&payload_)) {
+    former->assign(text);
+  } else {
+    payload_.emplace<std::string>(text);
+  }
+  return *this;
+}
+
 namespace {
+
+constexpr std::size_t kNumberBound = 32;  // the longest is "-1.23457e-308"
 
 // The text that a standard stream gives with its default settings.
 std::string NumberText(double number) {
-  char text[32];
+  char text[kNumberBound];
   std::snprintf(text, sizeof text, "%g", number);
   return text;
 }
 
-void AppendInteger(int integer, std::string& json) {
-  char text[std::numeric_limits<int>::digits10 + 3];
-  const char* const end = std::to_chars(std::begin(text), std::end(text), integer).ptr;
-  json.append(text, static_cast<std::size_t>(end - text));
+// These write JSON to where there is room for it, and return its end there.
+
+char* Write(std::string_view text, char* json) {
+  return std::copy(text.begin(), text.end(), json);
 }
 
-void AppendArray(const value::array& elements, std::string& json) {
-  json += '[';
+char* WriteArray(const value::array& elements, char* json) {
+  *json++ = '[';
   for (const value& element : elements) {
-    if (&element != &elements.front()) json += ',';
-    element.serialize_to(json);
+    if (&element != &elements.front()) *json++ = ',';
+    json = element.serialize_to(json);
   }
-  json += ']';
+  *json++ = ']';
+  return json;
 }
 
-void AppendObject(const value::object& members, std::string& json) {
-  json += '{';
+char* WriteObject(const value::object& members, char* json) {
+  *json++ = '{';
   const char* start = "\"";
   for (const auto& [key, member] : members) {
-    json.append(start).append(key).append("\":");
-    member.serialize_to(json);
+    json = Write("\":", Write(key, Write(start, json)));
+    json = member.serialize_to(json);
     start = ",\"";
   }
-  json += '}';
+  *json++ = '}';
+  return json;
+}
+
+std::size_t ArrayBound(const value::array& elements) {
+  std::size_t bound = std::string_view("[]").size();
+  for (const value& element : elements) {
+    bound += element.serialized_bound() + std::string_view(",").size();
+  }
+  return bound;
+}
+
+std::size_t ObjectBound(const value::object& members) {
+  std::size_t bound = std::string_view("{}").size();
+  for (const auto& [key, member] : members) {
+    bound += key.size() + member.serialized_bound() + std::string_view(",\"\":").size();
+  }
+  return bound;
 }
 
 // The second character of a byte's escape; NUL for a byte that stays as it is.
@@ -86,18 +114,17 @@ constexpr std::array<char, 256> MakeEscapes() {
 
 constexpr std::array<char, 256> kEscapes = MakeEscapes();
 
-void AppendEscaped(const std::string& text, std::string& json) {
-  const char* const begin = text.data();
-  std::size_t appended = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char escape = kEscapes[static_cast<unsigned char>(begin[i])];
-    if (escape == '\0') continue;
-    json.append(begin + appended, i - appended);
-    json += '\\';
-    json += escape;
-    appended = i + 1;
+char* WriteEscaped(std::string_view text, char* json) {
+  for (const char c : text) {
+    const char escape = kEscapes[static_cast<unsigned char>(c)];
+    if (escape == '\0') {
+      *json++ = c;
+    } else {
+      *json++ = '\\';
+      *json++ = escape;
+    }
   }
-  json.append(begin + appended, text.size() - appended);
+  return json;
 }
 
 }  // namespace
@@ -124,36 +151,48 @@ std::string value::to_str() const {
 }
 
 std::string value::serialize() const {
-  std::string json;
-  serialize_to(json);
+  std::string json(serialized_bound(), '\0');
+  json.resize(static_cast<std::size_t>(serialize_to(json.data()) - json.data()));
   return json;
 }
 
-void value::serialize_to(std::string& json) const {
-  switch (tag()) {
-    case kInt:
-      return AppendInteger(std::get<int>(payload_), json);
-    case kNull:
-    case kBoolean:
-    case kNumber:
-      json += to_str();
-      return;
-    case kString:
-      json += '"';
-      AppendEscaped(std::get<std::string>(payload_), json);
-      json += '"';
-      return;
-    case kArray:
-      return AppendArray(std::get<array>(payload_), json);
-    case kObject:
-      return AppendObject(*std::get<std::shared_ptr<const object>>(payload_), json);
+char* value::serialize_to(char* json) const {
+  if (const int* const integer = std::get_if<int>(&payload_)) {
+    return std::to_chars(json, json + kIntegerBound, *integer).ptr;
   }
-  ReportAssertion("false", "serialize", __FILE__, __LINE__);
+  const std::string* const text = std::get_if<std::string>(&payload_);
+  if (text == nullptr) return SerializeRare(json);
+  *json++ = '"';
+  json = WriteEscaped(*text, json);
+  *json++ = '"';
+  return json;
+}
+
+char* value::SerializeRare(char* json) const {
+  switch (tag()) {
+    case kArray:
+      return WriteArray(std::get<array>(payload_), json);
+    case kObject:
+      return WriteObject(*std::get<std::shared_ptr<const object>>(payload_), json);
+    default:
+      return Write(to_str(), json);
+  }
+}
+
+std::size_t value::RareBound() const {
+  switch (tag()) {
+    case kArray:
+      return ArrayBound(std::get<array>(payload_));
+    case kObject:
+      return ObjectBound(*std::get<std::shared_ptr<const object>>(payload_));
+    default:
+      return kNumberBound;
+  }
 }
 
 std::string value::serialize_str(const std::string& text) {
-  std::string json;
-  AppendEscaped(text, json);
+  std::string json(TextBound(text.size()), '\0');
+  json.resize(static_cast<std::size_t>(WriteEscaped(text, json.data()) - json.data()));
   return json;
 }
 

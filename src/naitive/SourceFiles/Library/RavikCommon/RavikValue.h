@@ -2,6 +2,7 @@
 #ifndef RAVIKCOMMON_RAVIKVALUE_H_
 #define RAVIKCOMMON_RAVIKVALUE_H_
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,6 +28,13 @@ class value {
   explicit value(array elements);
   explicit value(object members);
 
+  // As the constructors; a text takes the place of a former one in its memory.
+  value& operator=(int integer) {
+    payload_ = integer;
+    return *this;
+  }
+  value& operator=(std::string_view text);
+
   // Whether the value is of the kind that holds a T; T is int or std::string.
   template <typename T>
   bool is() const {
@@ -47,8 +55,15 @@ class value {
   // two-character escape stay raw, and keys of an object are not escaped.
   std::string serialize() const;
 
-  // Appends what serialize() returns to json.
-  void serialize_to(std::string& json) const;
+  // Writes what serialize() returns to json, and returns its end there. There must be room for
+  // serialized_bound() characters.
+  char* serialize_to(char* json) const;
+
+  // As long as serialize() can be at most, whatever has to be escaped.
+  std::size_t serialized_bound() const {
+    if (is<int>()) return kIntegerBound;
+    return is<std::string>() ? TextBound(get<std::string>().size()) : RareBound();
+  }
 
   // The inside of a JSON string: backslash, slash, double quote, and the control bytes that have
   // a two-character escape become that; every other byte stays as it is.
@@ -60,6 +75,17 @@ class value {
  private:
   // The tag of a kind is its index.
   enum Tag { kNull, kBoolean, kInt, kNumber, kString, kArray, kObject };
+
+  static constexpr std::size_t kIntegerBound = std::string_view("-2147483648").size();
+
+  // An escape is twice as long as what it stands for.
+  static constexpr std::size_t TextBound(std::size_t size) {
+    return 2 * size + std::string_view("\"\"").size();
+  }
+
+  // serialize_to() and serialized_bound() of the kinds that are rare.
+  char* SerializeRare(char* json) const;
+  std::size_t RareBound() const;
 
   Tag tag() const { return static_cast<Tag>(payload_.index()); }
 
