@@ -10,9 +10,8 @@ namespace {
 
 constexpr char kBlanks[] = " \t";
 
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
+// Not a function, which searches would call for every character.
+constexpr auto IsBlank = [](char c) { return c == ' ' || c == '\t'; };
 
 }  // namespace
 

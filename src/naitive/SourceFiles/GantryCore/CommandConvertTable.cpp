@@ -74,26 +74,15 @@ constexpr CCorrectElement kCorrectTable[8] = {
 
 namespace {
 
-// What the two tables hold for one parameter.
-struct Conversion {
-  std::string_view name;
-  std::size_t first_row = 0;  // in kConvertTable, whose rows of one parameter follow each other
-  std::size_t rows = 0;
-  unsigned int offset = 0;  // the sum of those in kCorrectTable; unsigned, so that it wraps around
-
-  const CTableElement* begin() const { return kConvertTable + first_row; }
-  const CTableElement* end() const { return begin() + rows; }
-};
-
 // The parameters of both tables by a hash of their names. A name that is taken stands in the next
 // free slot. Most slots are free, and the search for a name ends at a free one.
 class Conversions {
  public:
   constexpr Conversions() {
     for (std::size_t row = 0; row < std::size(kConvertTable); ++row) {
-      Conversion& conversion = Insert(kConvertTable[row].name);
-      if (conversion.rows == 0) conversion.first_row = row;
-      ++conversion.rows;
+      CConversion& conversion = Insert(kConvertTable[row].name);
+      if (conversion.row_count == 0) conversion.rows = &kConvertTable[row];
+      ++conversion.row_count;
     }
     for (const CCorrectElement& row : kCorrectTable) {
       Insert(row.name).offset += static_cast<unsigned int>(row.offset);
@@ -101,14 +90,14 @@ class Conversions {
   }
 
   // A conversion without rows and offset for a parameter that has none.
-  constexpr const Conversion& operator[](std::string_view name) const {
+  constexpr const CConversion& operator[](std::string_view name) const {
     return entries_[entry_of_slot_[SlotOf(name)]];
   }
 
   constexpr bool RowsAreTogether() const {
-    for (const Conversion& conversion : entries_) {
-      for (std::size_t i = 0; i < conversion.rows; ++i) {
-        if (kConvertTable[conversion.first_row + i].name != conversion.name) return false;
+    for (const CConversion& conversion : entries_) {
+      for (std::size_t i = 0; i < conversion.row_count; ++i) {
+        if (conversion.rows[i].name != conversion.name) return false;
       }
     }
     return true;
@@ -133,7 +122,7 @@ class Conversions {
     return slot;
   }
 
-  constexpr Conversion& Insert(std::string_view name) {
+  constexpr CConversion& Insert(std::string_view name) {
     unsigned char& entry = entry_of_slot_[SlotOf(name)];
     if (entry == 0) {
       entry = ++size_;
@@ -145,7 +134,7 @@ class Conversions {
   unsigned char entry_of_slot_[kSlots] = {};
   unsigned char size_ = 0;
   // Entry 0 is that of the names that have none.
-  Conversion entries_[1 + std::size(kConvertTable) + std::size(kCorrectTable)] = {};
+  CConversion entries_[1 + std::size(kConvertTable) + std::size(kCorrectTable)] = {};
 };
 
 constexpr Conversions kConversions;
@@ -165,18 +154,14 @@ bool CCommandConvertTable::StringToBinary(const std::string& name, const std::st
 
 bool CCommandConvertTable::BinaryToString(const std::string& name, unsigned int value,
                                           std::string& text) {
-  const std::string_view found = ToUser(name, value).name;
+  const std::string_view found = Of(name).ToUser(value).name;
   if (found.empty()) return false;
   text = found;
   return true;
 }
 
-CUserValue CCommandConvertTable::ToUser(std::string_view name, unsigned int value) {
-  const Conversion& conversion = kConversions[name];
-  for (const CTableElement& row : conversion) {
-    if (row.byteValue == value) return {row.text, 0};
-  }
-  return {{}, static_cast<int>(value + conversion.offset)};
+const CConversion& CCommandConvertTable::Of(std::string_view name) {
+  return kConversions[name];
 }
 
 int CCommandConvertTable::CorrectValue(const std::string& name, unsigned int value) {

@@ -2,6 +2,7 @@
 #ifndef GANTRYCORE_COMMANDCONVERTTABLE_H_
 #define GANTRYCORE_COMMANDCONVERTTABLE_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,25 @@ struct CUserValue {
   int number;             // without a name: the number in the user's scale
 };
 
+// What the two tables hold for one parameter.
+struct CConversion {
+  std::string_view name;
+  const CTableElement* rows = nullptr;  // the first of its rows, which follow each other
+  std::size_t row_count = 0;
+  unsigned int offset = 0;  // the sum of those of its scale; unsigned, so that it wraps around
+
+  const CTableElement* begin() const { return rows; }
+  const CTableElement* end() const { return rows + row_count; }
+
+  // The number's name, or the number in the user's scale.
+  CUserValue ToUser(unsigned int value) const {
+    for (const CTableElement& row : *this) {
+      if (row.byteValue == value) return {row.text, 0};
+    }
+    return {{}, static_cast<int>(value + offset)};
+  }
+};
+
 // Translates between the two forms of a setting; the same for every printer family. Names and texts
 // are compared whole and in case.
 class CCommandConvertTable {
@@ -42,8 +62,8 @@ class CCommandConvertTable {
   static bool StringToBinary(const std::string& name, const std::string& text, unsigned int& value);
   static bool BinaryToString(const std::string& name, unsigned int value, std::string& text);
 
-  // BinaryToString and, without a name, CorrectValue.
-  static CUserValue ToUser(std::string_view name, unsigned int value);
+  // What there is for a parameter, if only its scale of 1 to 1; never changed.
+  static const CConversion& Of(std::string_view name);
 
   // From the printer's number to the user's, and back; unchanged for a parameter without a scale of
   // its own. 32-bit arithmetic that wraps around.

@@ -1,13 +1,13 @@
 #include "GantryCore/PrinterReply.h"
 
 #include <cstddef>
+#include <map>
 #include <string_view>
 #include <utility>
 
 #include "GantryCore/CommandConvertTable.h"
 #include "GantryCore/DataConverter.h"
 #include "Library/RavikCommon/RavikAssert.h"
-#include "Library/RavikCommon/VectorUtil.h"
 #include "ModelInfomation/DescriptorCache.h"
 #include "ModelInfomation/ParameterName.h"
 #include "util/StringUtil.h"
@@ -26,10 +26,11 @@ std::string_view Body(const Bytes& reply, const Bytes* header) {
   if (header == nullptr || header->empty()) {
     ReportAssertion("false", "MakeReplyBody", __FILE__, __LINE__);
   }
-  const auto start = VectorUtil::FindFirst(reply, *header);
-  if (start == reply.end()) return {};
-  return View(reply).substr(static_cast<std::size_t>(start - reply.begin()),
-                            static_cast<std::size_t>(reply.end() - 1 - start));
+  const std::string_view bytes = View(reply);
+  const std::size_t found = bytes.find(View(*header));
+  const std::size_t start = found + header->size();
+  if (found == std::string_view::npos || start == bytes.size()) return {};
+  return bytes.substr(start, bytes.size() - 1 - start);
 }
 
 bool EndsWith(std::string_view body, std::string_view marker) {
@@ -45,48 +46,75 @@ APPLICATION_ERROR CheckBody(std::string_view body, const ReplyInfoVO& info) {
   return ERROR_NONE;
 }
 
+// The characters without the blanks behind them. Names are filled up with spaces, most of which
+// need not be decoded.
 std::string DecodeText(std::string_view ascii) {
+  const char* end = ascii.data() + ascii.size();
+  while (end - ascii.data() >= 2 && end[-2] == '2' && end[-1] == '0') end -= 2;
+  ascii.remove_suffix(static_cast<std::size_t>(ascii.data() + ascii.size() - end));
   std::string text = CDataConverter::Ascii2String(ascii);
   StringUtil::DeleteTailSpace(text);
   return text;
 }
 
+// A field of a reply, with what its numbers are converted by.
+struct Field {
+  const std::string* key;
+  const _t_REPLY_INFOMATION* info;
+  const CConversion* conversion;
+};
+
+Field MakeField(const std::string& key, const _t_REPLY_INFOMATION& info) {
+  return {&key, &info, &CCommandConvertTable::Of(key)};
+}
+
+// The fields of a descriptor that lives as long as the process, found once.
+const std::vector<Field>& FieldsOf(const ReplyInfoVO& info) {
+  static std::map<const ReplyInfoVO*, std::vector<Field>> known;
+  std::vector<Field>& fields = known[&info];
+  if (fields.empty()) {
+    for (const auto& [key, field] : info.replyInfo) fields.push_back(MakeField(key, field));
+  }
+  return fields;
+}
+
 // The name of the number if it has one, or the number in the user's scale.
-void InsertNumber(const std::string& key, unsigned int number, ParameterMapVO& out) {
-  const CUserValue user = CCommandConvertTable::ToUser(key, number);
+void InsertNumber(const Field& field, unsigned int number, ParameterMapVO& out) {
+  const CUserValue user = field.conversion->ToUser(number);
   if (user.name.empty()) {
-    out.insert(key, user.number);
+    out.insert(*field.key, user.number);
   } else {
-    out.insert(key, user.name);
+    out.insert(*field.key, user.name);
   }
 }
 
-void InsertText(const std::string& key, const _t_REPLY_INFOMATION& field, std::string_view ascii,
-                ParameterMapVO& out) {
-  switch (field.valueType) {
+void InsertValue(const Field& field, std::string_view ascii, ParameterMapVO& out) {
+  switch (field.info->valueType) {
     case VALUE_TEXT:
-      return out.insert(key, value(DecodeText(ascii)));
+      return out.insert(*field.key, DecodeText(ascii));
     case VALUE_HEX:
-      return out.insert(key, ascii);
+      return out.insert(*field.key, ascii);
     case VALUE_INTEGER:
-      return InsertNumber(key, CDataConverter::Ascii2Integer(ascii), out);
+      return InsertNumber(field, CDataConverter::Ascii2Integer(ascii), out);
     default:
       ReportAssertion("false", "InsertParameter", __FILE__, __LINE__);
   }
 }
 
-void InsertField(std::string_view body, const std::string& key, const _t_REPLY_INFOMATION& field,
-                 ParameterMapVO& out) {
-  std::string_view bytes;
-  if (field.position < body.size()) bytes = body.substr(field.position, field.length);
-  if (bytes.size() < field.length) return;
-  switch (field.form) {
-    case FORM_TEXT:
-      return InsertText(key, field, bytes, out);
-    case FORM_BINARY:
-      return InsertText(key, field, CDataConverter::Byte2Ascii(bytes), out);
-    default:
+// Inserts the values of those fields that the body holds whole.
+void InsertFields(std::string_view body, const std::vector<Field>& fields, ParameterMapVO& out) {
+  for (const Field& field : fields) {
+    const _t_REPLY_INFOMATION& info = *field.info;
+    std::string_view ascii;
+    if (info.position < body.size()) ascii = body.substr(info.position, info.length);
+    if (ascii.size() < info.length) continue;
+    std::string digits;
+    if (info.form == FORM_BINARY) {
+      ascii = digits = CDataConverter::Byte2Ascii(ascii);
+    } else if (info.form != FORM_TEXT) {
       ReportAssertion("false", "InsertParameter", __FILE__, __LINE__);
+    }
+    InsertValue(field, ascii, out);
   }
 }
 
@@ -116,8 +144,9 @@ bool CPrinterReply::AnalysisCommandReply(const std::string& deviceName, COMMAND_
     error = reason;
     return false;
   }
-  out.reserve(out.size() + info->replyInfo.size());
-  for (const auto& [name, field] : info->replyInfo) InsertField(body, name, field, out);
+  const std::vector<Field>& fields = FieldsOf(*info);
+  out.reserve(out.size() + fields.size());
+  InsertFields(body, fields, out);
   return true;
 }
 
@@ -129,7 +158,7 @@ std::vector<unsigned char> CPrinterReply::MakeReplyBody(const std::vector<unsign
 
 void CPrinterReply::InsertParameter(const std::vector<unsigned char>& body, const std::string& key,
                                     const _t_REPLY_INFOMATION& field, ParameterMapVO& out) {
-  InsertField(View(body), key, field, out);
+  InsertFields(View(body), {MakeField(key, field)}, out);
 }
 
 bool CPrinterReply::AnalysisStatusReply(const std::string& /*deviceName*/,
