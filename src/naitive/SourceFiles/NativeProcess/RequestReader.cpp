@@ -10,6 +10,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace Ravik {
 
@@ -52,12 +53,16 @@ constexpr std::array<bool, 256> MakePlain() {
 constexpr std::array<bool, 256> kPlain = MakePlain();
 
 // What picojson's parser calls for every text and key. Takes the characters up to the first one
-// that means something at once; from there on the library's own function does the work.
+// that means something at once; unless that ends the text, the library's own function goes on.
 bool _parse_string(std::string& text, Position::Input& in) {
   const auto is_plain = [](char c) { return kPlain[static_cast<unsigned char>(c)]; };
   const Position begin = in.cur();
   const char* const plain_end = std::find_if_not(begin.at, begin.end, is_plain);
   text.append(begin.at, plain_end);
+  if (plain_end != begin.end && *plain_end == '"') {
+    in = Position::Input({plain_end + 1, begin.end}, {begin.end, begin.end});
+    return true;
+  }
   in = Position::Input({plain_end, begin.end}, {begin.end, begin.end});
   return picojson::_parse_string<std::string, Position>(text, in);
 }
@@ -198,19 +203,25 @@ class ParametersContext : public ValueContext {
   }
 
   bool parse_object_start() {
-    constexpr std::size_t kUsual = 8;  // most requests get along with one block of memory
-    members_.parameters.emplace().reserve(kUsual);
+    members_.parameters.emplace();
     return ValueContext::parse_object_start();
   }
 
   bool parse_object_item(Position::Input& in, const std::string& key) {
-    auto& [name, parameter] = members_.parameters->emplace_back(key, value());
+    value parameter;
     int integer = 0;
     if (TakeShortInteger(in, integer)) {
-      parameter = value(integer);
-      return true;
+      parameter = integer;
+    } else if (!Parse(ParameterContext(nesting(), parameter), in)) {
+      return false;
     }
-    return Parse(ParameterContext(nesting(), parameter), in);
+    if (parameter.is<int>() || parameter.is<std::string>()) {
+      // Behind all others at once: as hosts that walk a map or a table of their own send them.
+      members_.parameters->insert_or_assign(members_.parameters->end(), key, std::move(parameter));
+    } else {
+      members_.parameters->erase(key);
+    }
+    return true;
   }
 
  private:
@@ -249,40 +260,6 @@ class RequestContext : public ValueContext {
   bool is_object_ = false;
 };
 
-using Parameter = RequestMembers::Parameters::value_type;
-
-bool IsNull(const Parameter& parameter) {
-  return !parameter.second.is<int>() && !parameter.second.is<std::string>();
-}
-
-// Whether each parameter has a key behind that of the one before it, and none is null: as hosts
-// that walk a map or a table of their own send them.
-bool AreArranged(const RequestMembers::Parameters& parameters) {
-  const auto is_not_before = [](const Parameter& left, const Parameter& right) {
-    return left.first >= right.first;
-  };
-  return std::none_of(parameters.begin(), parameters.end(), IsNull) &&
-         std::adjacent_find(parameters.begin(), parameters.end(), is_not_before) ==
-             parameters.end();
-}
-
-// Puts the parameters in the order of their keys, without those that are null or given again later.
-// Their places are sorted and not they themselves, which are some ten times as long.
-void Arrange(RequestMembers::Parameters& parameters) {
-  std::vector<Parameter*> places;
-  places.reserve(parameters.size());
-  for (Parameter& parameter : parameters) places.push_back(&parameter);
-  std::stable_sort(places.begin(), places.end(),
-                   [](const Parameter* a, const Parameter* b) { return a->first < b->first; });
-  RequestMembers::Parameters arranged;
-  arranged.reserve(places.size());
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    const bool is_last = i + 1 == places.size() || places[i + 1]->first != places[i]->first;
-    if (is_last && !IsNull(*places[i])) arranged.push_back(std::move(*places[i]));
-  }
-  parameters = std::move(arranged);
-}
-
 }  // namespace
 
 bool ReadRequest(const std::string& text, RequestMembers& members) {
@@ -296,7 +273,6 @@ bool ReadRequest(const std::string& text, RequestMembers& members) {
   }
   if (context.IsNull()) return false;
   if (!context.IsObject()) throw std::runtime_error("is<object>()");
-  if (members.parameters && !AreArranged(*members.parameters)) Arrange(*members.parameters);
   return true;
 }
 

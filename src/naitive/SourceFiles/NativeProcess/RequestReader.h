@@ -2,9 +2,9 @@
 #ifndef NATIVEPROCESS_REQUESTREADER_H_
 #define NATIVEPROCESS_REQUESTREADER_H_
 
+#include <map>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Library/RavikCommon/RavikValue.h"
@@ -20,7 +20,7 @@ constexpr int kMaximumArrayDepth = 100;
 // one that is missing or of another kind is empty.
 struct RequestMembers {
   // The numbers, as integers, and the texts of an object, in byte order of their keys.
-  using Parameters = std::vector<std::pair<std::string, value>>;
+  using Parameters = std::map<std::string, value>;
 
   std::optional<std::string> command;
   std::optional<std::string> printer_name;

@@ -1,5 +1,6 @@
 #include "NativeProcess/URLDecoder.h"
 
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -8,17 +9,33 @@
 
 namespace {
 
-// The number of an escape's two characters; false where there is not even one to read. An escape
-// without a number leaves number as it is.
-bool ReadEscape(const char* escape, unsigned int& number) {
-  const char first = escape[1];  // the terminating NUL at the latest
-  const char second = first == '\0' ? '\0' : escape[2];
+constexpr std::array<bool, 256> MakePlain() {
+  std::array<bool, 256> plain{};
+  for (bool& is_plain : plain) is_plain = true;
+  for (const char c : {'\0', '%', '+'}) plain[static_cast<unsigned char>(c)] = false;
+  return plain;
+}
+
+constexpr std::array<bool, 256> kPlain = MakePlain();
+
+// Whether a character stands for itself.
+bool IsPlain(char c) {
+  return kPlain[static_cast<unsigned char>(c)];
+}
+
+// Takes an escape and reads the number of its two characters; false where there is not even one to
+// read. An escape without a number leaves number as it is. text may end inside the escape.
+bool TakeEscape(const char*& text, unsigned int& number) {
+  const char first = text[1];
+  const char second = first == '\0' ? '\0' : text[2];
   const int byte = Ravik::HexPairValue(first, second);
   if (byte >= 0) {
     number = static_cast<unsigned int>(byte);
+    text += 3;
     return true;
   }
   const char pair[3] = {first, second, '\0'};
+  text += 1 + std::strlen(pair);
   // Two digits cannot overflow.
   // NOLINTNEXTLINE(cert-err34-c)
   return std::sscanf(pair, "%x", &number) != EOF;
@@ -41,19 +58,18 @@ std::string URLDecoder::decode(const char* text) {
   }
   char* next = decoded.data();  // never behind the character that is read
   unsigned int number = 0;
-  for (std::size_t i = 0; i < length; ++i) {
-    if (text[i] == '+') {
+  for (;;) {
+    while (IsPlain(*text)) *next++ = *text++;
+    if (*text == '\0') break;
+    if (*text == '+') {
       *next++ = ' ';
-    } else if (text[i] != '%') {
-      *next++ = text[i];
-    } else {
-      const bool is_read = ReadEscape(text + i, number);
-      i += 2;
-      if (!is_read) continue;
-      const char byte = static_cast<char>(number & 0xFF);
-      if (byte == '\0') break;
-      *next++ = byte;
+      ++text;
+      continue;
     }
+    if (!TakeEscape(text, number)) continue;
+    const char byte = static_cast<char>(number & 0xFF);
+    if (byte == '\0') break;
+    *next++ = byte;
   }
   decoded.resize(static_cast<std::size_t>(next - decoded.data()));
   return decoded;
