@@ -13,7 +13,6 @@ namespace Ravik {
 namespace {
 
 constexpr std::size_t kVariablePartSize = 512;
-constexpr std::size_t kLengthFieldSize = 2;
 
 // ESC @ (reset), then ESC ( R with eight bytes: 00 and "REMOTE1".
 constexpr unsigned char kCmdRemoteStart[] = {0x1B, 0x40, 0x1B, 0x28, 0x52, 0x08, 0x00, 0x00,
@@ -102,16 +101,15 @@ bool CPrinterCommand::Set(const std::string& deviceName, COMMAND_KEY key,
 }
 
 bool CPrinterCommand::SetCommand(const ParameterMapVO& parameters, const CommandInfoVO& info) {
-  command_.clear();
-  const std::vector<unsigned char> part = MakeVariablePart(parameters, info);
-  if (part.empty()) return false;
-  const std::size_t length = info.format.size() + part.size();
-  command_.reserve(info.command.size() + kLengthFieldSize + length);
-  command_.insert(command_.end(), info.command.begin(), info.command.end());
-  command_.push_back(static_cast<unsigned char>(length & 0xFF));
-  command_.push_back(static_cast<unsigned char>(length >> 8 & 0xFF));
-  command_.insert(command_.end(), info.format.begin(), info.format.end());
-  command_.insert(command_.end(), part.begin(), part.end());
+  command_ = MakeVariablePart(parameters, info);
+  if (command_.empty()) return false;
+  // What stands in front of the variable part, from there on to the front.
+  const std::size_t length = info.format.size() + command_.size();
+  const auto low = static_cast<unsigned char>(length & 0xFF);
+  const auto high = static_cast<unsigned char>(length >> 8 & 0xFF);
+  command_.insert(command_.begin(), info.format.begin(), info.format.end());
+  command_.insert(command_.begin(), {low, high});
+  command_.insert(command_.begin(), info.command.begin(), info.command.end());
   return true;
 }
 

@@ -9,14 +9,17 @@ namespace Ravik {
 namespace {
 
 // The cached descriptor, which is read first if it is absent.
-template <typename Descriptor, typename Read>
-const Descriptor* Cached(std::map<std::string, Descriptor>& cached, const std::string& deviceName,
-                         Read read) {
-  const auto known = cached.find(deviceName);
-  if (known != cached.end()) return &known->second;
-  Descriptor descriptor;
-  if (!read(descriptor)) return nullptr;
-  return &cached.emplace(deviceName, std::move(descriptor)).first->second;
+template <typename Entry, typename Read>
+const auto* Cached(std::deque<Entry>& entries, const std::string& deviceName, COMMAND_KEY key,
+                   Read read) {
+  const decltype(Entry::descriptor)* descriptor = nullptr;
+  for (const Entry& entry : entries) {
+    if (entry.key == key && entry.deviceName == deviceName) descriptor = &entry.descriptor;
+  }
+  if (descriptor != nullptr) return descriptor;
+  Entry entry{key, deviceName, {}};
+  if (read(entry.descriptor)) descriptor = &entries.emplace_back(std::move(entry)).descriptor;
+  return descriptor;
 }
 
 }  // namespace
@@ -27,13 +30,13 @@ DescriptorCache& DescriptorCache::GetInstance() {
 }
 
 const CommandInfoVO* DescriptorCache::CommandInfo(const std::string& deviceName, COMMAND_KEY key) {
-  return Cached(commands_[key], deviceName, [&](CommandInfoVO& info) {
+  return Cached(commands_, deviceName, key, [&](CommandInfoVO& info) {
     return CModelInfomation::GetInstance().ReadCommandInfo(deviceName, key, info);
   });
 }
 
 const ReplyInfoVO* DescriptorCache::ReplyInfo(const std::string& deviceName, COMMAND_KEY key) {
-  return Cached(replies_[key], deviceName, [&](ReplyInfoVO& info) {
+  return Cached(replies_, deviceName, key, [&](ReplyInfoVO& info) {
     return CModelInfomation::GetInstance().ReadReplyInfo(deviceName, key, info);
   });
 }

@@ -2,7 +2,7 @@
 #ifndef MODELINFOMATION_DESCRIPTORCACHE_H_
 #define MODELINFOMATION_DESCRIPTORCACHE_H_
 
-#include <map>
+#include <deque>
 #include <string>
 
 #include "ModelInfomation/CommandInfoVO.h"
@@ -25,10 +25,15 @@ class DescriptorCache {
 
  private:
   template <typename Descriptor>
-  using ByDevice = std::map<COMMAND_KEY, std::map<std::string, Descriptor>>;
+  struct Entry {
+    COMMAND_KEY key;
+    std::string deviceName;
+    Descriptor descriptor;
+  };
 
-  ByDevice<CommandInfoVO> commands_;
-  ByDevice<ReplyInfoVO> replies_;
+  // Few: a worker has to do with few printers. They stay where they are.
+  std::deque<Entry<CommandInfoVO>> commands_;
+  std::deque<Entry<ReplyInfoVO>> replies_;
 };
 
 }  // namespace Ravik
