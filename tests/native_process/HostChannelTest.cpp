@@ -26,6 +26,10 @@ void* operator new(std::size_t size) {
   return block;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return size <= largest_block ? std::malloc(size) : nullptr;
+}
+
 void operator delete(void* block) noexcept {
   std::free(block);
 }
