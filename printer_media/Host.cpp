@@ -20,7 +20,7 @@ constexpr milliseconds kOwnWork(5000);
 constexpr milliseconds kLongestSearch(60000);
 constexpr int kExchange = 10;  // answer times, of a device that stalls in every step
 constexpr int kOpening = 1;
-constexpr int kReadings = 50;  // back, against a printer that answers with something else
+constexpr int kReadings = 100;  // back, against a printer that answers with something else
 
 milliseconds ListLimit() {
   return kLongestSearch + kOwnWork;
