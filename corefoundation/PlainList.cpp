@@ -141,10 +141,12 @@ class PlainReader {
     return CFRef<CFTypeRef>(text ? CreateString(*text) : nullptr);
   }
 
-  // The records of a list have the same keys.
+  // The records of a list have the same keys. A byte-order mark is dropped only when a string is
+  // made, so that of keys that differ in it libplist's order tells which one stands.
   CFRef<CFTypeRef> ReadKey() {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     const auto text = TakeText("</key>");
-    if (!text) return {};
+    if (!text || text->substr(0, kByteOrderMark.size()) == kByteOrderMark) return {};
     CFRef<CFTypeRef>& key = keys_[*text];
     if (!key) key = CFRef<CFTypeRef>(CreateString(*text));
     return key;

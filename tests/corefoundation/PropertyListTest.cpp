@@ -127,7 +127,8 @@ class ListWriter {
         return Element("array", Many([&] { return Value(depth - 1); }));
       default:
         return Element("dict", Many([&] {
-                         return Element("key", Texts({"a", "b", "c", "d", "e", "", " f", "日"})) +
+                         return Element("key", Texts({"a", "\xEF\xBB\xBF\x61", "b", "c", "d", "",
+                                                      " f", "日"})) +
                                 Value(depth - 1);
                        }));
     }
