@@ -47,6 +47,8 @@ TEST(UrlDecoder, ReadsEveryEscapeAsScanfDoes) {
   for (int i = 0x100; i < 0x10000; ++i) {
     const char pair[] = {static_cast<char>(i >> 8), static_cast<char>(i), '\0'};
     unsigned int number = 'A';
+    // What scanf makes of any two characters is what is compared.
+    // NOLINTNEXTLINE(cert-err34-c)
     const bool is_read = std::sscanf(pair, "%x", &number) != EOF;
     const std::string byte(is_read ? 1 : 0, static_cast<char>(number));
     const bool ends = is_read && (number & 0xFF) == 0;
