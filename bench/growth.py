@@ -126,7 +126,8 @@ def plot(path, axis, curves):
     data = "".join(f"${kind} << EOD\n" + "".join(
         " ".join(map(str, point)) + "\n" for point in points) + "EOD\n"
         for kind, points in curves.items())
-    size, time, _ = next(iter(curves.values()))[-1]
+    # Where the largest time is, the line that leads there shows what grows faster than it.
+    size, time, _ = max((points[-1] for points in curves.values()), key=lambda point: point[1])
     drawn = [f"${kind} using 1:2 axes x1y1 with linespoints title {quote(kind + ': time')}"
              for kind in curves]
     drawn += [f"${kind} using 1:3 axes x1y2 with linespoints dashtype 2 "
