@@ -49,14 +49,14 @@ std::optional<std::string> DecodeBase64(std::string_view text) {
     if (IsBlank(character)) continue;
     const int value = kBase64Values[static_cast<unsigned char>(character)];
     if (character == '=') {
-      ++paddings;
+      if (++paddings > 2) return std::nullopt;
       continue;
     }
     if (value < 0 || paddings != 0) return std::nullopt;
     bits = bits << 6 | static_cast<std::uint32_t>(value);
     if (digits++ % 4 != 0) bytes += static_cast<char>(bits >> (6 - 2 * ((digits - 1) % 4)) & 0xFF);
   }
-  const bool is_whole = (digits + paddings) % 4 == 0 && paddings < 3;
+  const bool is_whole = (digits + paddings) % 4 == 0;
   const std::uint32_t unused = (1U << 2 * paddings) - 1;
   return is_whole && (bits & unused) == 0 ? std::optional(bytes) : std::nullopt;
 }

@@ -113,9 +113,9 @@ class ListWriter {
                                          "12a", "१", "999999999999999999", "1000000000000000000",
                                          "18446744073709551616"}));
       case 2:
-        return Element("data",
-                       Texts({"", "QQ==", "QUI=", "QUJD", "\n\t\tQUJ\n\t\tD\t", "QR==", "Q", "QQ",
-                              "QUJDR", "QQ=", "Q===", "=", "QQ==QUJD", "Q-JD", "QU&amp;"}));
+        return Element("data", Texts({"", "QQ==", "QUI=", "QUJD", "\n\t\tQUJ\n\t\tD\t", "QR==", "Q",
+                                      "QQ", "QUJDR", "QQ=", "Q===", "=",
+                                      "================", "QQ==QUJD", "Q-JD", "QU&amp;"}));
       case 3:
         return Texts({"<true/>", "<false/>", "<true></true>", "<string/>", "<data/>", "<dict/>",
                       "<array/>", "<real>1</real>", "<date>2031-02-03T04:05:06Z</date>"});
