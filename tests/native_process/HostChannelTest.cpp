@@ -56,7 +56,7 @@ Lines ReadFile(const std::string& content) {
   std::FILE* const file = std::tmpfile();
   std::fwrite(content.data(), 1, content.size(), file);
   std::rewind(file);
-  const Lines lines = ReadAll(fileno(file));
+  Lines lines = ReadAll(fileno(file));
   std::fclose(file);
   return lines;
 }
@@ -70,7 +70,8 @@ TEST(HostChannel, ReadsLinesOfAnyLengthAndContent) {
   // A line ends before, at and behind the end of a block.
   for (const std::size_t size : {16380U, 16381U, 16382U, 16383U, 65533U, 65534U, 1000000U}) {
     const std::string line(size, 'l');
-    EXPECT_TRUE(ReadFile("a\n" + line + "\nb\n" + line) == (Lines{"a", line, "b", line})) << size;
+    const std::string content = std::string("a\n").append(line).append("\nb\n").append(line);
+    EXPECT_TRUE(ReadFile(content) == (Lines{"a", line, "b", line})) << size;
   }
 }
 
