@@ -92,8 +92,8 @@ bool AreParameters(const std::optional<Ravik::RequestMembers::Parameters>& param
   }
   Ravik::RequestMembers::Parameters expected;
   for (const auto& [key, value] : member.get<picojson::object>()) {
-    if (value.is<std::string>()) expected.emplace(key, value.get<std::string>());
-    if (value.is<double>()) expected.emplace(key, Truncated(value.get<double>()));
+    if (value.is<std::string>()) expected.emplace_back(key, value.get<std::string>());
+    if (value.is<double>()) expected.emplace_back(key, Truncated(value.get<double>()));
   }
   return *parameters == expected;
 }

@@ -181,6 +181,28 @@ class ParameterContext : public ValueContext {
   value& parameter_;
 };
 
+// Puts parameters as they were given in the order of their keys. Of those with one key the last one
+// stays, unless it is null.
+void PutInOrder(RequestMembers::Parameters& given) {
+  using Parameter = RequestMembers::Parameters::value_type;
+  const auto is_before = [](const Parameter& a, const Parameter& b) { return a.first < b.first; };
+  const auto is_not_before = [=](const Parameter& a, const Parameter& b) {
+    return !is_before(a, b);
+  };
+  const auto has_same_key = [](const Parameter& a, const Parameter& b) {
+    return a.first == b.first;
+  };
+  const auto is_null = [](const Parameter& parameter) {
+    return !parameter.second.is<int>() && !parameter.second.is<std::string>();
+  };
+  // Hosts that walk a map or a table of their own send them in order.
+  if (std::adjacent_find(given.begin(), given.end(), is_not_before) != given.end()) {
+    std::stable_sort(given.begin(), given.end(), is_before);
+    given.erase(given.begin(), std::unique(given.rbegin(), given.rend(), has_same_key).base());
+  }
+  given.erase(std::remove_if(given.begin(), given.end(), is_null), given.end());
+}
+
 // Keeps what commands take as "Parameter".
 class ParametersContext : public ValueContext {
  public:
@@ -203,24 +225,21 @@ class ParametersContext : public ValueContext {
   }
 
   bool parse_object_start() {
-    members_.parameters.emplace();
+    constexpr std::size_t kUsual = 8;  // as many as a request for a record has, and some
+    members_.parameters.emplace().reserve(kUsual);
     return ValueContext::parse_object_start();
   }
 
   bool parse_object_item(Position::Input& in, const std::string& key) {
-    value parameter;
+    value& parameter = members_.parameters->emplace_back(key, value()).second;
     int integer = 0;
-    if (TakeShortInteger(in, integer)) {
-      parameter = integer;
-    } else if (!Parse(ParameterContext(nesting(), parameter), in)) {
-      return false;
-    }
-    if (parameter.is<int>() || parameter.is<std::string>()) {
-      // Behind all others at once: as hosts that walk a map or a table of their own send them.
-      members_.parameters->insert_or_assign(members_.parameters->end(), key, std::move(parameter));
-    } else {
-      members_.parameters->erase(key);
-    }
+    if (!TakeShortInteger(in, integer)) return Parse(ParameterContext(nesting(), parameter), in);
+    parameter = integer;
+    return true;
+  }
+
+  bool parse_object_stop() {
+    PutInOrder(*members_.parameters);
     return true;
   }
 

@@ -2,9 +2,9 @@
 #ifndef NATIVEPROCESS_REQUESTREADER_H_
 #define NATIVEPROCESS_REQUESTREADER_H_
 
-#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Library/RavikCommon/RavikValue.h"
@@ -19,8 +19,8 @@ constexpr int kMaximumArrayDepth = 100;
 // Those members of a request that some command reads. Of a member given twice the last one counts;
 // one that is missing or of another kind is empty.
 struct RequestMembers {
-  // The numbers, as integers, and the texts of an object, in byte order of their keys.
-  using Parameters = std::map<std::string, value>;
+  // The numbers, as integers, and the texts of an object, in byte order of their keys, each once.
+  using Parameters = std::vector<std::pair<std::string, value>>;
 
   std::optional<std::string> command;
   std::optional<std::string> printer_name;
