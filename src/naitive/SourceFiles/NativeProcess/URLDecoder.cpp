@@ -1,6 +1,5 @@
 #include "NativeProcess/URLDecoder.h"
 
-#include <array>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -8,20 +7,6 @@
 #include "GantryCore/HexDigits.h"
 
 namespace {
-
-constexpr std::array<bool, 256> MakePlain() {
-  std::array<bool, 256> plain{};
-  for (bool& is_plain : plain) is_plain = true;
-  for (const char c : {'\0', '%', '+'}) plain[static_cast<unsigned char>(c)] = false;
-  return plain;
-}
-
-constexpr std::array<bool, 256> kPlain = MakePlain();
-
-// Whether a character stands for itself.
-bool IsPlain(char c) {
-  return kPlain[static_cast<unsigned char>(c)];
-}
 
 // Takes an escape and reads the number of its two characters; false where there is not even one to
 // read. An escape without a number leaves number as it is. text may end inside the escape.
@@ -59,17 +44,16 @@ std::string URLDecoder::decode(const char* text) {
   char* next = decoded.data();  // never behind the character that is read
   unsigned int number = 0;
   for (;;) {
-    while (IsPlain(*text)) *next++ = *text++;
-    if (*text == '\0') break;
-    if (*text == '+') {
-      *next++ = ' ';
+    char c = *text;
+    if (c == '%') {
+      if (!TakeEscape(text, number)) continue;
+      c = static_cast<char>(number & 0xFF);
+    } else {
       ++text;
-      continue;
+      if (c == '+') c = ' ';
     }
-    if (!TakeEscape(text, number)) continue;
-    const char byte = static_cast<char>(number & 0xFF);
-    if (byte == '\0') break;
-    *next++ = byte;
+    if (c == '\0') break;
+    *next++ = c;
   }
   decoded.resize(static_cast<std::size_t>(next - decoded.data()));
   return decoded;
