@@ -2,6 +2,7 @@
 #ifndef GANTRYCORE_COMMANDVO_H_
 #define GANTRYCORE_COMMANDVO_H_
 
+#include <utility>
 #include <vector>
 
 namespace Ravik {
@@ -15,6 +16,8 @@ class CommandVO {
   // Copies length bytes. A null pointer or a length below 1 gives an empty buffer.
   CommandVO(const unsigned char* bytes, int length);
   CommandVO(const char* bytes, int length);
+
+  explicit CommandVO(std::vector<unsigned char> bytes) : bytes_(std::move(bytes)) {}
 
   // Appends all bytes of other, which may be this buffer itself.
   CommandVO& operator+=(const CommandVO& other);

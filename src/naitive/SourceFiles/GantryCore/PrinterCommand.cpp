@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "GantryCore/CommandConvertTable.h"
 #include "GantryCore/DataConverter.h"
@@ -101,16 +102,19 @@ bool CPrinterCommand::Set(const std::string& deviceName, COMMAND_KEY key,
 }
 
 bool CPrinterCommand::SetCommand(const ParameterMapVO& parameters, const CommandInfoVO& info) {
-  command_ = MakeVariablePart(parameters, info);
-  if (command_.empty()) return false;
-  // What stands in front of the variable part, from there on to the front.
-  const std::size_t length = info.format.size() + command_.size();
-  const auto low = static_cast<unsigned char>(length & 0xFF);
-  const auto high = static_cast<unsigned char>(length >> 8 & 0xFF);
-  command_.insert(command_.begin(), info.format.begin(), info.format.end());
-  command_.insert(command_.begin(), {low, high});
-  command_.insert(command_.begin(), info.command.begin(), info.command.end());
-  return true;
+  std::vector<unsigned char> bytes = MakeVariablePart(parameters, info);
+  const bool is_empty = bytes.empty();
+  if (!is_empty) {
+    const std::size_t length = info.format.size() + bytes.size();
+    const std::size_t head = info.command.size() + 2 + info.format.size();
+    bytes.insert(bytes.begin(), head, 0);
+    auto next = std::copy(info.command.begin(), info.command.end(), bytes.begin());
+    *next++ = static_cast<unsigned char>(length & 0xFF);
+    *next++ = static_cast<unsigned char>(length >> 8 & 0xFF);
+    std::copy(info.format.begin(), info.format.end(), next);
+  }
+  command_ = CommandVO(std::move(bytes));
+  return !is_empty;
 }
 
 std::vector<unsigned char> CPrinterCommand::MakeVariablePart(const ParameterMapVO& parameters,
@@ -142,14 +146,10 @@ std::vector<unsigned char> CPrinterCommand::MakeVariablePart(const ParameterMapV
   return part;
 }
 
-CommandVO CPrinterCommand::GetCommand() const {
-  return {command_.data(), static_cast<int>(command_.size())};
-}
-
 CommandVO CPrinterCommand::GetCommandForSpooler() const {
   CommandVO spooled;
   if (is_remote_) spooled += Constant(kCmdRemoteStart);
-  spooled += GetCommand();
+  spooled += command_;
   if (is_sv_) spooled += GetSVCommand();
   if (is_remote_) spooled += Constant(kCmdRemoteEnd);
   return spooled;
@@ -160,7 +160,7 @@ CommandVO CPrinterCommand::GetSVCommand() {
 }
 
 std::string CPrinterCommand::GetCommandAscii() const {
-  return CDataConverter::Byte2Ascii(command_);
+  return CDataConverter::Byte2Ascii(command_.bytes());
 }
 
 }  // namespace Ravik

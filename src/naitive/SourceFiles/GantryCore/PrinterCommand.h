@@ -38,8 +38,8 @@ class CPrinterCommand {
   static std::vector<unsigned char> MakeVariablePart(const ParameterMapVO& parameters,
                                                      const CommandInfoVO& info);
 
-  // The bare command, which goes straight to a printer.
-  CommandVO GetCommand() const;
+  // The bare command, which goes straight to a printer; valid until the next Set() or SetCommand().
+  const CommandVO& GetCommand() const { return command_; }
 
   // The command with all that belongs to it, in one: remote-mode start and end around it if it is a
   // remote-mode command, and "SV" behind it if the flag says so.
@@ -62,7 +62,7 @@ class CPrinterCommand {
   bool is_bgjc_ = false;
   COMMAND_KEY key_{};
   std::string device_name_;
-  std::vector<unsigned char> command_;
+  CommandVO command_;
 };
 
 }  // namespace Ravik
