@@ -166,7 +166,8 @@ char* ParameterMapVO::WriteObject(char* json, std::size_t index) const {
 }
 
 void ParameterMapVO::appendJson(std::string& json) const {
-  const std::size_t positions = sizeMinVector();
+  const auto has_one = [](const Map::value_type& entry) { return entry.second.size() < 2; };
+  const std::size_t positions = std::any_of(begin(), end(), has_one) ? 1 : sizeMinVector();
   const std::size_t objects = std::max<std::size_t>(positions, 1);
   const std::size_t start = json.size();
   json.resize(start + JsonBound(objects));
