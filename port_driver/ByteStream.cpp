@@ -109,8 +109,7 @@ bool ByteStream::ReceiveReply(char* buffer, std::size_t capacity, std::size_t& l
 }
 
 void ByteStream::Rest() {
-  std::vector<pollfd> none;
-  waiter_.Wait(none, Deadline::After(kRest));
+  waiter_.Rest(Deadline::After(kRest));
 }
 
 DriverError ByteStream::Timeout(const char* what) const {

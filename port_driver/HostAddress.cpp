@@ -23,9 +23,6 @@
 namespace ZIOP {
 namespace {
 
-// A port has a socket open for each.
-constexpr std::size_t kMaximumAddresses = 16;
-
 struct Resolution {
   int status = EAI_SYSTEM;
   int error = 0;  // errno for EAI_SYSTEM

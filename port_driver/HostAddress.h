@@ -4,6 +4,7 @@
 
 #include <sys/socket.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -29,7 +30,10 @@ struct HostAddress {
   HostAddress WithPort(uint16_t port) const;
 };
 
-// Addresses of host in the order in which they are to be tried, 1 to 16, without a port.
+// As many of a host as are tried: a port has a socket open for each.
+inline constexpr std::size_t kMaximumAddresses = 16;
+
+// Addresses of host in the order in which they are to be tried, one or more, without a port.
 // Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no bound
 // that a caller could rely on, so it works in a thread of its own, which is left to itself when the
 // deadline passes or the wait is cancelled: it shares nothing with its caller any more, and its

@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <utility>
@@ -127,12 +128,12 @@ bool SnmpClient::Try(std::string_view request, const SnmpMessage& asked) {
       TurnToNextAddress();
       Send(request);
     }
-    std::vector<pollfd> set;
-    set.reserve(sockets_.size() + 1);
+    std::array<pollfd, kMaximumAddresses + 1> set;
+    auto next = set.begin();
     for (const Socket& socket : sockets_) {
-      set.push_back({socket.descriptor.get(), POLLIN, 0});
+      *next++ = {socket.descriptor.get(), POLLIN, 0};
     }
-    if (waiter_.Wait(set, deadline) && ReceiveAnswer(asked)) {
+    if (waiter_.Wait(set.data(), sockets_.size() + 1, deadline) && ReceiveAnswer(asked)) {
       return true;
     }
   } while (!deadline.HasPassed());

@@ -19,7 +19,7 @@ namespace ZIOP {
 class SnmpClient {
  public:
   // Throws DriverError if no address of the host can be reached. Sends nothing and does not block.
-  // What is given must outlive the client.
+  // What is given must outlive the client; there are at most kMaximumAddresses.
   SnmpClient(const DeviceURI& uri, const std::vector<HostAddress>& addresses, Waiter& waiter);
 
   // Sends request, one whole SNMP message, and waits for the answer to it; sends again whenever the

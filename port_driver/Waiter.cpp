@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <iterator>
 
 #include "port_driver/DriverError.h"
 
@@ -24,20 +25,6 @@ bool IsSpareEventForgottenByChildren() {
   static const bool is_watched = ::pthread_atfork(nullptr, nullptr, ForgetSpareEvent) == 0;
   return is_watched;
 }
-
-// Takes the cancelling event out of the set again, on every way out.
-class Joined {
- public:
-  Joined(std::vector<pollfd>& set, int event) : set_(set) { set_.push_back({event, POLLIN, 0}); }
-  ~Joined() { set_.pop_back(); }
-  Joined(const Joined&) = delete;
-  Joined& operator=(const Joined&) = delete;
-
-  bool IsCancelled() const { return set_.back().revents != 0; }
-
- private:
-  std::vector<pollfd>& set_;
-};
 
 }  // namespace
 
@@ -79,26 +66,30 @@ void Waiter::Cancel() {
   }
 }
 
-bool Waiter::Wait(std::vector<pollfd>& set, const Deadline& deadline) {
-  const Joined joined(set, event_.get());
+bool Waiter::Wait(pollfd* set, std::size_t size, const Deadline& deadline) {
+  pollfd& own = set[size - 1];
+  own = {event_.get(), POLLIN, 0};
   int count = 0;
   do {
-    count = ::poll(set.data(), set.size(), deadline.PollTimeout());
+    count = ::poll(set, size, deadline.PollTimeout());
   } while ((count < 0 && errno == EINTR) || (count == 0 && !deadline.HasPassed()));
   if (count < 0) {
     throw DriverError::System("poll", errno);
   }
-  if (count > 0 && joined.IsCancelled()) {
+  if (count > 0 && own.revents != 0) {
     throw DriverError(DriverCode::kCancelled, "the operation was cancelled");
   }
   return count > 0;
 }
 
 bool Waiter::Wait(int descriptor, short events, const Deadline& deadline) {
-  std::vector<pollfd> set;
-  set.reserve(2);
-  set.push_back({descriptor, events, 0});
-  return Wait(set, deadline);
+  pollfd set[] = {{descriptor, events, 0}, {}};
+  return Wait(set, std::size(set), deadline);
+}
+
+void Waiter::Rest(const Deadline& deadline) {
+  pollfd own;
+  Wait(&own, 1, deadline);
 }
 
 }  // namespace ZIOP

@@ -5,8 +5,8 @@
 #include <poll.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "port_driver/Deadline.h"
 #include "util/FileDescriptor.h"
@@ -31,10 +31,14 @@ class Waiter {
   void Cancel();
 
   // Waits until one of the set has an event, which its revents say, and returns true, or until the
-  // deadline, and returns false. A passed deadline still looks once. Throws DriverError when
+  // deadline, and returns false. A passed deadline still looks once. The last one of the set, of
+  // one or more, is the waiter's own, whatever the caller has put there. Throws DriverError when
   // cancelled or when poll() fails.
-  bool Wait(std::vector<pollfd>& set, const Deadline& deadline);
+  bool Wait(pollfd* set, std::size_t size, const Deadline& deadline);
   bool Wait(int descriptor, short events, const Deadline& deadline);
+
+  // Waits for nothing but the deadline.
+  void Rest(const Deadline& deadline);
 
  private:
   FileDescriptor event_;

@@ -202,8 +202,8 @@ void Search::Wait() {
   if (deadline_.HasPassed(end)) {
     end = Clock::now() + milliseconds(deadline_.PollTimeout());
   }
-  std::vector<pollfd> set{{sockets_[0].get(), POLLIN, 0}, {sockets_[1].get(), POLLIN, 0}};
-  if (waiter_.Wait(set, Deadline(end))) {
+  pollfd set[] = {{sockets_[0].get(), POLLIN, 0}, {sockets_[1].get(), POLLIN, 0}, {}};
+  if (waiter_.Wait(set, std::size(set), Deadline(end))) {
     for (const FileDescriptor& socket : sockets_) {
       if (socket) {
         Receive(socket);

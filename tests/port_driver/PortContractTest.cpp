@@ -243,8 +243,7 @@ TEST(WaiterTest, IsNotCancelledByAChildProcess) {
     ::_exit(0);
   }
   EXPECT_EQ(::waitpid(child, nullptr, 0), child);
-  std::vector<pollfd> none;
-  EXPECT_NO_THROW(Waiter().Wait(none, Deadline::After({})));
+  EXPECT_NO_THROW(Waiter().Rest(Deadline::After({})));
 }
 
 // The virtual printer on all its ports.
