@@ -40,9 +40,17 @@ class WorkArea {
     return true;
   }
 
-  bool Append(unsigned char byte) {
-    if (end_ == area_.data() + area_.size()) return false;
-    *end_++ = byte;
+  // Appends each byte as a sub-identifier (X.690, 8.19: seven bits a byte, most significant first).
+  bool AppendSubIdentifiers(const unsigned char* bytes, std::size_t count) {
+    const auto is_long = [](unsigned char byte) { return byte >= 0x80; };
+    const auto longer = static_cast<std::size_t>(std::count_if(bytes, bytes + count, is_long));
+    if (Room(end_, area_.data() + area_.size()) < count + longer) return false;
+    unsigned char* end = end_;
+    for (std::size_t i = 0; i < count; ++i) {
+      if (is_long(bytes[i])) *end++ = 0x81;
+      *end++ = bytes[i] & 0x7F;
+    }
+    end_ = end;
     return true;
   }
 
@@ -60,7 +68,7 @@ class WorkArea {
     return true;
   }
 
-  const unsigned char* data() const { return begin_; }
+  const char* data() const { return reinterpret_cast<const char*>(begin_); }
   long size() const { return end_ - begin_; }
 
  private:
@@ -91,22 +99,14 @@ bool EndsRemoteMode(const char* command, long length) {
          std::memcmp(command + length - kEndLength, Ravik::CMD_REMOTE_END, kCompared) == 0;
 }
 
-// Appends one sub-identifier (X.690, 8.19: seven bits a byte, most significant first).
-bool AppendSubIdentifier(WorkArea& area, unsigned char value) {
-  if (value < 0x80) return area.Append(value);
-  return area.Append({0x81, static_cast<unsigned char>(value - 0x80)});
-}
-
 // The payload is a length-prefixed frame: length of the rest, the byte 8, the command's length
 // big-endian, the command; one sub-identifier a byte.
 bool AppendPayload(WorkArea& area, const char* command, long length) {
   const unsigned char header[] = {LowByte(length + 3), 0x08, LowByte(length >> 8), LowByte(length)};
   if (length + static_cast<long>(sizeof(header)) > kPayloadLimit) return false;
-  const auto append = [&area](char byte) {
-    return AppendSubIdentifier(area, static_cast<unsigned char>(byte));
-  };
-  return std::all_of(std::begin(header), std::end(header), append) &&
-         std::all_of(command, command + length, append);
+  return area.AppendSubIdentifiers(header, sizeof(header)) &&
+         area.AppendSubIdentifiers(reinterpret_cast<const unsigned char*>(command),
+                                   static_cast<std::size_t>(length));
 }
 
 bool BuildRequest(WorkArea& area, const char* command, long length) {

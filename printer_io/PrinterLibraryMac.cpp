@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <new>
+#include <string_view>
 #include <vector>
 
 #include "GantryCore/IPrinterLibrary.h"
@@ -37,17 +39,22 @@ std::unique_ptr<CZIOCommon> MakePort(const std::string& printer_name) {
   return std::unique_ptr<CZIOCommon>(new (std::nothrow) CZIOCommon(address, type));
 }
 
+std::string_view View(const CommandVO& command) {
+  return {reinterpret_cast<const char*>(command.bytes().data()), command.bytes().size()};
+}
+
 // A copy that the port may be given for writing.
 std::vector<char> PortBytes(const CommandVO& command) {
-  return {command.bytes().begin(), command.bytes().end()};
+  const std::string_view bytes = View(command);
+  return {bytes.begin(), bytes.end()};
 }
 
 std::vector<char> InRemoteMode(const CommandVO& command) {
-  std::vector<char> framed;
-  framed.reserve(sizeof(CMD_REMOTE_START) + command.bytes().size() + sizeof(CMD_REMOTE_END));
-  framed.insert(framed.end(), std::begin(CMD_REMOTE_START), std::end(CMD_REMOTE_START));
-  framed.insert(framed.end(), command.bytes().begin(), command.bytes().end());
-  framed.insert(framed.end(), std::begin(CMD_REMOTE_END), std::end(CMD_REMOTE_END));
+  const std::string_view bytes = View(command);
+  std::vector<char> framed(sizeof(CMD_REMOTE_START) + bytes.size() + sizeof(CMD_REMOTE_END));
+  auto next = std::copy(std::begin(CMD_REMOTE_START), std::end(CMD_REMOTE_START), framed.begin());
+  next = std::copy(bytes.begin(), bytes.end(), next);
+  std::copy(std::begin(CMD_REMOTE_END), std::end(CMD_REMOTE_END), next);
   return framed;
 }
 
@@ -65,7 +72,7 @@ long Length(const std::vector<char>& bytes) {
 void StoreStatus(const char* begin, const char* end, StatusReply& status) {
   constexpr long kLengthWord = 2;
   std::array<unsigned char, ZIO_STATUS_BUFFER_SIZE> reply{};
-  std::copy(begin, end, reply.begin());
+  std::memcpy(reply.data(), begin, static_cast<std::size_t>(end - begin));
   const long available = std::max(end - begin - kLengthWord, 0L);
   const long length = std::min<long>(reply[0] | (reply[1] << 8), available);
   reply[0] = static_cast<unsigned char>(length & 0xFF);
@@ -152,10 +159,10 @@ bool IPrinterLibrary::GetStatus(StatusReply& status) {
   const char* const port = IsNetworkAccess() ? "snmp" : "local";
   TransferTrace::StatusRequest(port);
   if (Port()->GetStatus(text.data()) != 0) return false;
-  const auto text_end = std::find(text.begin(), text.end(), '\0');
-  const auto separator = std::search(text.begin(), text_end, std::begin(szCrLf), std::end(szCrLf));
-  if (separator == text_end) return false;
-  StoreStatus(separator + sizeof(szCrLf), text.end(), status);
+  const std::string_view first_text(text.data(), strnlen(text.data(), text.size()));
+  const std::size_t separator = first_text.find({szCrLf, sizeof(szCrLf)});
+  if (separator == std::string_view::npos) return false;
+  StoreStatus(text.data() + separator + sizeof(szCrLf), text.data() + text.size(), status);
   TransferTrace::Status(port, {text.data(), text.size()}, status);
   return true;
 }
