@@ -181,23 +181,40 @@ class ParameterContext : public ValueContext {
   value& parameter_;
 };
 
+using Parameters = RequestMembers::Parameters;
+
+bool IsBefore(const Parameters::value_type& first, const Parameters::value_type& second) {
+  return first.first < second.first;
+}
+
+// Sorts parameters by their keys; those with one key stay in order.
+void Sort(Parameters& parameters) {
+  constexpr std::size_t kFew = 16;
+  if (parameters.size() > kFew) {
+    std::stable_sort(parameters.begin(), parameters.end(), IsBefore);
+    return;
+  }
+  // Without memory, which the library takes for two already.
+  for (auto next = parameters.begin(); next != parameters.end(); ++next) {
+    const auto place = std::upper_bound(parameters.begin(), next, *next, IsBefore);
+    if (place == next) continue;
+    auto parameter = std::move(*next);
+    std::move_backward(place, next, next + 1);
+    *place = std::move(parameter);
+  }
+}
+
 // Puts parameters as they were given in the order of their keys. Of those with one key the last one
 // stays, unless it is null.
-void PutInOrder(RequestMembers::Parameters& given) {
-  using Parameter = RequestMembers::Parameters::value_type;
-  const auto is_before = [](const Parameter& a, const Parameter& b) { return a.first < b.first; };
-  const auto is_not_before = [=](const Parameter& a, const Parameter& b) {
-    return !is_before(a, b);
+void PutInOrder(Parameters& given) {
+  const auto is_not_before = [](const auto& a, const auto& b) { return !IsBefore(a, b); };
+  const auto has_same_key = [](const auto& a, const auto& b) { return a.first == b.first; };
+  const auto is_null = [](const auto& parameter) {
+    return !parameter.second.template is<int>() && !parameter.second.template is<std::string>();
   };
-  const auto has_same_key = [](const Parameter& a, const Parameter& b) {
-    return a.first == b.first;
-  };
-  const auto is_null = [](const Parameter& parameter) {
-    return !parameter.second.is<int>() && !parameter.second.is<std::string>();
-  };
-  // Hosts that walk a map or a table of their own send them in order.
+  // Hosts that walk a map send them in order.
   if (std::adjacent_find(given.begin(), given.end(), is_not_before) != given.end()) {
-    std::stable_sort(given.begin(), given.end(), is_before);
+    Sort(given);
     given.erase(given.begin(), std::unique(given.rbegin(), given.rend(), has_same_key).base());
   }
   given.erase(std::remove_if(given.begin(), given.end(), is_null), given.end());
