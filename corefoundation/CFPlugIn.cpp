@@ -26,10 +26,10 @@ class Registry {
   }
 
   // The bundle of the folder at path; null when there is none.
-  Bundle* BundleAt(const char* path) {
+  Bundle* BundleAt(const std::string& path) {
     const std::lock_guard<std::recursive_mutex> lock(mutex_);
     struct stat folder;
-    if (stat(path, &folder) != 0 || !S_ISDIR(folder.st_mode)) return nullptr;
+    if (stat(path.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return nullptr;
     const auto known = places_.find(path);
     Place& place = known != places_.end() ? known->second : places_[path];
     if (place.bundle == nullptr || place.device != folder.st_dev || place.number != folder.st_ino) {
@@ -72,8 +72,8 @@ class Registry {
   };
 
   // The bundle by the path's absolute form without links; null when that cannot be told.
-  Bundle* BundleOf(const char* path) {
-    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path, nullptr), free);
+  Bundle* BundleOf(const std::string& path) {
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.c_str(), nullptr), free);
     if (!resolved) return nullptr;
     Bundle*& bundle = bundles_[resolved.get()];
     if (bundle == nullptr) bundle = new Bundle(resolved.get());
@@ -81,7 +81,7 @@ class Registry {
   }
 
   std::recursive_mutex mutex_;  // code that is being loaded may come back
-  std::map<std::string, Place, std::less<>> places_;
+  std::map<std::string, Place> places_;
   std::map<std::string, Bundle*> bundles_;
   std::map<UUIDBytes, Bundle*> factories_;
   const Bundle* latest_ = nullptr;
@@ -101,7 +101,7 @@ CFPlugInRef CFPlugInCreate(CFAllocatorRef /*allocator*/, CFURLRef url) {
   const CoreFoundation::String& text = ObjectOf<CoreFoundation::URL>(url).path();
   std::string path;
   if (text.ascii() == nullptr && !GetUTF8(text, path)) return nullptr;
-  const char* const utf8 = text.ascii() != nullptr ? text.ascii() : path.c_str();
+  const std::string& utf8 = text.ascii() != nullptr ? *text.ascii() : path;
   Bundle* const bundle = Registry::Shared().BundleAt(utf8);
   if (bundle == nullptr) return nullptr;
   bundle->Retain();

@@ -86,7 +86,7 @@ CFStringRef CreateString(std::string_view utf8) {
 
 bool GetUTF8(const String& string, std::string& text) {
   if (string.ascii() != nullptr) {
-    text += string.ascii();
+    text += *string.ascii();
     return true;
   }
   return EncodePrefix(string.units(), kCFStringEncodingUTF8, text) == string.units().size();
@@ -160,7 +160,7 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
   const auto& text = ObjectOf<String>(string);
   const auto length = static_cast<CFIndex>(text.units().size());
   if (text.ascii() != nullptr && CoreFoundation::ContainsASCII(encoding) && length < size) {
-    std::copy_n(text.ascii(), length + 1, buffer);
+    std::copy_n(text.ascii()->c_str(), length + 1, buffer);
     return 1;
   }
   std::string bytes;
@@ -181,7 +181,8 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
 }
 
 const char* CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding) {
-  return CoreFoundation::ContainsASCII(encoding) ? ObjectOf<String>(string).ascii() : nullptr;
+  const std::string* const ascii = ObjectOf<String>(string).ascii();
+  return ascii != nullptr && CoreFoundation::ContainsASCII(encoding) ? ascii->c_str() : nullptr;
 }
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding) {

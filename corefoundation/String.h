@@ -23,7 +23,7 @@ class String final : public Object {
   const std::u16string& units() const { return units_; }
 
   // The text when it is all ASCII without zero bytes, else null.
-  const char* ascii() const { return is_ascii_ ? ascii_.c_str() : nullptr; }
+  const std::string* ascii() const { return is_ascii_ ? &ascii_ : nullptr; }
 
  private:
   const std::u16string units_;
