@@ -24,6 +24,25 @@ unsigned int ExtractInteger(std::string_view ascii) {
   return number;
 }
 
+// A stream costs some hundred times as much as the digits themselves. It is asked where the text
+// starts with what it skips or takes as a sign or prefix, and where the number may be too large.
+// Apart from the reading of two digits, which would have to save the registers for this, too.
+[[gnu::noinline]] unsigned int IntegerOf(std::string_view ascii) {
+  unsigned int number = 0;
+  std::size_t digits = 0;
+  for (; digits < ascii.size(); ++digits) {
+    const int value = HexDigitValue(ascii[digits]);
+    if (value == kNoHexDigit) break;
+    number = number << 4 | static_cast<unsigned int>(value);
+  }
+  constexpr std::string_view kStart = " \t\n\v\f\r+-";
+  constexpr std::string_view kPrefixEnd = "xX";
+  const bool ended = digits == ascii.size();
+  const bool plain = digits == 0 ? ended || kStart.find(ascii[0]) == kStart.npos
+                                 : ended || kPrefixEnd.find(ascii[digits]) == kPrefixEnd.npos;
+  return plain && digits <= kDigitsPerInteger ? number : ExtractInteger(ascii);
+}
+
 unsigned char PairValue(char high, char low) {
   const int byte = HexPairValue(high, low);
   if (byte >= 0) return static_cast<unsigned char>(byte);
@@ -91,26 +110,12 @@ std::string CDataConverter::Byte2Ascii(std::string_view bytes) {
   return ascii;
 }
 
-// A stream costs some hundred times as much as the digits themselves. It is asked where the text
-// starts with what it skips or takes as a sign or prefix, and where the number may be too large.
 unsigned int CDataConverter::Ascii2Integer(std::string_view ascii) {
   if (ascii.size() == kDigitsPerByte) {
     const int byte = HexPairValue(ascii[0], ascii[1]);
     if (byte >= 0) return static_cast<unsigned int>(byte);
   }
-  unsigned int number = 0;
-  std::size_t digits = 0;
-  for (; digits < ascii.size(); ++digits) {
-    const int value = HexDigitValue(ascii[digits]);
-    if (value == kNoHexDigit) break;
-    number = number << 4 | static_cast<unsigned int>(value);
-  }
-  constexpr std::string_view kStart = " \t\n\v\f\r+-";
-  constexpr std::string_view kPrefixEnd = "xX";
-  const bool ended = digits == ascii.size();
-  const bool plain = digits == 0 ? ended || kStart.find(ascii[0]) == kStart.npos
-                                 : ended || kPrefixEnd.find(ascii[digits]) == kPrefixEnd.npos;
-  return plain && digits <= kDigitsPerInteger ? number : ExtractInteger(ascii);
+  return IntegerOf(ascii);
 }
 
 unsigned int CDataConverter::Byte2Integer(const std::vector<unsigned char>& bytes,

@@ -16,8 +16,16 @@ bool IsBefore(const ParameterMapVO::Map::value_type& entry, const std::string& k
 
 }  // namespace
 
+void ParameterValues::ClearMore() {
+  more_.clear();
+}
+
 ParameterValues& ParameterMapVO::Values(const std::string& key) {
-  return size_ < ordered_ && end()->first == key ? Restore() : FindOrAdd(key);
+  const auto removed = map_.begin() + static_cast<std::ptrdiff_t>(size_);
+  if (size_ == ordered_ || removed->first != key) return FindOrAdd(key);
+  ++size_;
+  removed->second.clear();
+  return removed->second;
 }
 
 ParameterValues& ParameterMapVO::FindOrAdd(const std::string& key) {

@@ -34,7 +34,7 @@ class ParameterValues {
   // Removes all values; the first one's memory stays for the next.
   void clear() {
     has_first_ = false;
-    more_.clear();
+    if (!more_.empty()) ClearMore();
   }
 
   // Appends the value that is made of the argument.
@@ -49,6 +49,9 @@ class ParameterValues {
   }
 
  private:
+  // Apart, because hardly any key has them.
+  [[gnu::noinline]] void ClearMore();
+
   bool has_first_ = false;
   value first_;              // a former one where there is none
   std::vector<value> more_;  // empty without a first one

@@ -103,12 +103,12 @@ void InsertValue(const Field& field, std::string_view ascii, ParameterMapVO& out
 
 // Inserts the values of those fields that the body holds whole.
 void InsertFields(std::string_view body, const std::vector<Field>& fields, ParameterMapVO& out) {
+  std::string digits;
   for (const Field& field : fields) {
     const _t_REPLY_INFOMATION& info = *field.info;
     std::string_view ascii;
     if (info.position < body.size()) ascii = body.substr(info.position, info.length);
     if (ascii.size() < info.length) continue;
-    std::string digits;
     if (info.form == FORM_BINARY) {
       ascii = digits = CDataConverter::Byte2Ascii(ascii);
     } else if (info.form != FORM_TEXT) {
