@@ -1,6 +1,8 @@
 // Taking requests apart and writing answers.
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -11,6 +13,9 @@ namespace {
 
 using Ravik::ParameterMapVO;
 using Ravik::PrinterProcess;
+
+// In front of the parameters in what Read() gives.
+const std::string kHead = R"(SetCustomMediaInfo "PrinterName":"p "1"","DeviceName":"d" )";
 
 // How a request to write a record with this parameter is read; empty if it is not well formed.
 std::string Read(const std::string& parameter) {
@@ -41,7 +46,6 @@ std::string NestedArrays(std::size_t depth) {
 }
 
 TEST(ParsePicojson, ReadsParametersOfEveryKind) {
-  const std::string head = R"(SetCustomMediaInfo "PrinterName":"p "1"","DeviceName":"d" )";
   const std::pair<std::string, std::string> kCases[] = {
       {"{}", "{}"},
       {R"({"b":"text","a":1})", R"({"a":1,"b":"text"})"},
@@ -59,7 +63,32 @@ TEST(ParsePicojson, ReadsParametersOfEveryKind) {
       {NestedArrays(100), "{}"},
       {NestedObjects(2047), "{}"},
   };
-  for (const auto& [parameter, read] : kCases) EXPECT_EQ(Read(parameter), head + read);
+  for (const auto& [parameter, read] : kCases) EXPECT_EQ(Read(parameter), kHead + read);
+}
+
+void AppendMember(const std::string& key, const std::string& number, std::string& object) {
+  object.append(object.empty() ? "{\"" : ",\"").append(key).append("\":").append(number);
+}
+
+// Hosts may send any number of parameters in any order, and some of them twice.
+TEST(ParsePicojson, TakesTheLastOfEachKeyInTheOrderOfTheKeys) {
+  std::mt19937 random(1);
+  for (int count = 2; count < 60; ++count) {
+    std::string given;
+    std::map<std::string, std::string> last;
+    for (int i = 0; i < count; ++i) {
+      const std::string key(1, static_cast<char>('a' + random() % 26));
+      last[key] = random() % 4 == 0 ? "null" : std::to_string(i);
+      AppendMember(key, last[key], given);
+    }
+    last["~"] = "1";
+    AppendMember("~", "1", given);
+    std::string expected;
+    for (const auto& [key, number] : last) {
+      if (number != "null") AppendMember(key, number, expected);
+    }
+    EXPECT_EQ(Read(given + '}'), kHead + expected + '}');
+  }
 }
 
 TEST(ParsePicojson, RefusesWhatIsNotARequest) {
