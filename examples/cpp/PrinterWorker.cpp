@@ -22,6 +22,17 @@ std::string UpperHex(const std::string& bytes, const char* prefix) {
   return text;
 }
 
+// It comes back in the answer unescaped.
+void CheckCommand(const std::string& command) {
+  const auto is_letter_or_digit = [](char character) {
+    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z');
+  };
+  if (command.empty() || !std::all_of(command.begin(), command.end(), is_letter_or_digit)) {
+    throw std::invalid_argument('"' + command + "\" is no command");
+  }
+}
+
 void CheckParameter(const value& parameter) {
   if (!parameter.is<object>()) return;
   for (const auto& [name, setting] : parameter.get<object>()) {
@@ -34,6 +45,7 @@ void CheckParameter(const value& parameter) {
 }
 
 std::string ToLine(const std::string& command, const Printer* printer, const value& parameter) {
+  CheckCommand(command);
   CheckParameter(parameter);
   object request{{"Command", value(command)}};
   if (printer != nullptr) {
@@ -147,14 +159,19 @@ value PrinterWorker::Request(const std::string& command, const Printer* printer,
                              const value& parameter, Milliseconds time_limit) {
   const std::string line = ToLine(command, printer, parameter);
   const std::lock_guard<std::mutex> turn(turn_);
-  return ToReply(command, Exchange(line, time_limit));
+  return Exchange(command, line, time_limit);
 }
 
-std::string PrinterWorker::Exchange(const std::string& line, Milliseconds time_limit) {
+value PrinterWorker::Exchange(const std::string& command, const std::string& line,
+                              Milliseconds time_limit) {
   if (process_ && !process_->IsReady()) process_.reset();
   if (!process_) process_ = std::make_unique<WorkerProcess>(program_);
   try {
-    return process_->Exchange(line, WorkerProcess::Clock::now() + time_limit);
+    return ToReply(command, process_->Exchange(line, WorkerProcess::Clock::now() + time_limit));
+  } catch (const PrinterError&) {
+    throw;  // an answer; the worker is in step
+  } catch (const RequestError&) {
+    throw;
   } catch (...) {
     process_.reset();  // its answer would come to the next request
     throw;

@@ -72,13 +72,15 @@ class PrinterWorker {
   std::string Firmware(const Printer& printer);
 
   // Any request. Returns what the answer has as Reply, or null. Takes no printer as nullptr and no
-  // parameter as null; throws std::invalid_argument for a parameter that the worker would ignore.
+  // parameter as null; throws std::invalid_argument for a command that is none, and for a parameter
+  // that the worker would ignore.
   picojson::value Request(const std::string& command, const Printer* printer = nullptr,
                           const picojson::value& parameter = {},
                           Milliseconds time_limit = kReadLimit);
 
  private:
-  std::string Exchange(const std::string& line, Milliseconds time_limit);
+  picojson::value Exchange(const std::string& command, const std::string& line,
+                           Milliseconds time_limit);
 
   std::string program_;
   std::mutex turn_;

@@ -90,7 +90,7 @@ export class AnswerSplitter {
         throw new ProtocolError("the worker's answer does not end");
       }
       if (end === undefined) break;
-      const answer = Buffer.concat(this.#chunks).toString("utf8");
+      const answer = toText(Buffer.concat(this.#chunks));
       this.#chunks = [];
       this.#length = 0;
       yield answer;
@@ -273,7 +273,7 @@ export class PrinterWorker {
   /** Any request. Gives what the answer has as Reply, or undefined. */
   async request(command, printer, parameter, limitMs = READ_LIMIT_MS) {
     const line = toLine(command, printer, parameter);
-    return toReply(command, await this.#inTurn(() => this.#exchange(line, limitMs)));
+    return this.#inTurn(() => this.#exchange(command, line, limitMs));
   }
 
   /** Ends the worker after the requests that are waiting. */
@@ -290,13 +290,14 @@ export class PrinterWorker {
     return result;
   }
 
-  async #exchange(line, limitMs) {
+  async #exchange(command, line, limitMs) {
     if (this.#worker && !this.#worker.isReady) await this.#drop();
     this.#worker ??= new RunningWorker(this.#program);
     try {
-      return await this.#worker.exchange(line, limitMs);
+      return toReply(command, await this.#worker.exchange(line, limitMs));
     } catch (error) {
-      await this.#drop(); // its answer would come to the next request
+      const isAnswer = error instanceof PrinterError || error instanceof RequestError;
+      if (!isAnswer) await this.#drop(); // its answer would come to the next request
       throw error;
     }
   }
@@ -321,7 +322,28 @@ function toLine(command, printer, parameter) {
   const request = {
     Command: command, PrinterName: printer?.name, DeviceName: printer?.device, Parameter: parameter,
   };
-  return encodeURIComponent(JSON.stringify(request)) + "\n";
+  // JSON writes lone surrogates as escapes; those that stand for bytes go back as these.
+  const parts = JSON.stringify(request).replace(/\\(?:udc([89a-f][0-9a-f])|.)|[^\\]+/g,
+    (part, byte) => (byte ? `%${byte}` : encodeURIComponent(part)));
+  return parts + "\n";
+}
+
+// A character of several bytes, each byte as a Latin-1 character, or a byte that belongs to none.
+const CHARACTER =
+  /[\xc2-\xdf][\x80-\xbf]|[\xe0-\xef][\x80-\xbf]{2}|[\xf0-\xf4][\x80-\xbf]{3}|[\x80-\xff]/g;
+
+/**
+ * Reads UTF-8. A name that a printer cut short may end within a character: bytes that belong to none
+ * become lone surrogates, U+DC00 and the byte, which are shown as U+FFFD and go back as they came.
+ */
+function toText(bytes) {
+  const text = bytes.toString("utf8");
+  if (!text.includes("\ufffd")) return text;
+  return bytes.toString("latin1").replace(CHARACTER, (part) => {
+    const character = Buffer.from(part, "latin1").toString("utf8");
+    if (part.length > 1 && [...character].length === 1) return character;
+    return part.replace(/./g, (byte) => String.fromCharCode(0xdc00 + byte.charCodeAt(0)));
+  });
 }
 
 function toReply(command, answer) {

@@ -4,6 +4,7 @@ import sys
 
 from printer_worker import PrinterWorker
 
+sys.stdout.reconfigure(errors="surrogateescape")  # names as the printer holds them
 program, name, number, setting, value = sys.argv[1:]
 with PrinterWorker(program) as worker:
     printers = {printer.name: printer for printer in worker.printers()}

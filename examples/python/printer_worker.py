@@ -289,17 +289,18 @@ class PrinterWorker:
         """Any request. Returns what the answer has as Reply, or None."""
         line = _line(command, printer, parameter)
         with self._turn:
-            answer = self._exchange(line, time_limit)
-        return _reply(command, answer)
+            return self._exchange(command, line, time_limit)
 
-    def _exchange(self, line: bytes, time_limit: float) -> bytes:
+    def _exchange(self, command: str, line: bytes, time_limit: float) -> Any:
         if self._process is not None and not self._process.is_ready():
             self._drop()
         if self._process is None:
             self._process = _Process(self._program)
         try:
-            return self._process.exchange(line, time.monotonic() + time_limit)
-        except BaseException:  # also an interrupt: the answer would come to the next request
+            return _reply(command, self._process.exchange(line, time.monotonic() + time_limit))
+        except (PrinterError, RequestError):  # answers; the worker is in step
+            raise
+        except BaseException:  # also an interrupt: its answer would come to the next request
             self._drop()
             raise
 
@@ -311,7 +312,7 @@ class PrinterWorker:
 
 def _line(command: str, printer: Optional[Printer],
           parameter: Union[Record, Sequence[str], None]) -> bytes:
-    if not command.isalnum():  # it comes back in the answer unescaped
+    if not (command.isascii() and command.isalnum()):  # it comes back in the answer unescaped
         raise ValueError(f"{command!r} is no command")
     if isinstance(parameter, Mapping):
         for name, value in parameter.items():

@@ -112,7 +112,9 @@ class MisbehavingWorker(unittest.TestCase):
         self.expect("RequestError", "syntax error", "syntax")
         self.assertEqual(self.process(), process)
 
-    def test_values_that_the_worker_would_ignore_are_refused(self):
+    def test_what_the_worker_would_ignore_or_garble_is_refused(self):
+        outcome = self.probe.ask("fine", command='Get"{')
+        self.assertIn("is no command", outcome.get("text", ""))
         for value in True, 2.5, [1], None:
             outcome = self.probe.ask("fine", parameter={"MediaSuction": value})
             self.assertIn("MediaSuction is neither", outcome.get("text", ""), str(value))
@@ -127,8 +129,9 @@ class MisbehavingWorker(unittest.TestCase):
                 ("another's", "ProtocolError", "was answered", 20),
                 ("endless", "ProtocolError", "does not end", 20)):
             with self.subTest(printer):
+                process = self.process()
                 self.expect(error, text, printer, limit=limit)
-                self.process()
+                self.assertNotEqual(self.process(), process)
 
     def test_an_answer_too_many_reaches_no_request(self):
         process = self.probe.ask("twice")["reply"]["Process"]
@@ -178,7 +181,8 @@ class RealWorker(unittest.TestCase):
 
     def run_host(self, *arguments):
         return subprocess.run([*ARGUMENTS.host, self.worker, *arguments], env=self.environment,
-                              capture_output=True, text=True, timeout=60, check=False)
+                              capture_output=True, text=True, errors="surrogateescape",
+                              timeout=60, check=False)
 
     def test_example_program(self):
         listed = [f"printer: {name}" for name, _, _, _ in self.PRINTERS]
@@ -196,6 +200,18 @@ class RealWorker(unittest.TestCase):
             self.assertNotEqual(run.returncode, 0)
             self.assertIn(wrong, run.stderr)
             self.assertNotIn("before", run.stdout)
+
+    def test_a_name_that_was_cut_within_a_character_goes_back_as_it_came(self):
+        write = {"Command": "SetCustomMediaInfo", "PrinterName": "Studio",
+                 "DeviceName": "QM-R410 Series", "Parameter": {
+                     "CustomMediaNo": 3, "CommandVersion": 0, "CustomMediaName": "x" * 31 + "@"}}
+        lines = rig.line({"Command": "GetPrinterList"}) + rig.line(write).replace(b"%40", b"%C3")
+        subprocess.run([self.worker], input=lines, env=self.environment, capture_output=True,
+                       timeout=60, check=True)
+        self.environment["PYTHONIOENCODING"] = "utf-8:strict"  # as in most locales
+        self.assertIn("after: 7\n", self.run_host("Studio", "3", "MediaSuction", "7").stdout)
+        run = self.run_host("Studio", "3", "CustomMediaName", "new")
+        self.assertRegex(run.stdout, "before: x{31}[\udcc3\ufffd]\nafter: new\n")
 
     def test_failures(self):
         with Probe(self.worker, self.environment) as probe:
