@@ -1,11 +1,15 @@
 #include "util/WriteOnce.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <string>
+
+#include "util/FileDescriptor.h"
 
 namespace Ravik {
 
@@ -47,9 +51,9 @@ class WriteSignalHold {
   sigset_t mask_{};
 };
 
-int Poll(pollfd& polled, std::chrono::milliseconds patience) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point end = Clock::now() + patience;
+using Clock = std::chrono::steady_clock;
+
+int Poll(pollfd& polled, Clock::time_point end) {
   for (;;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
     const int count = ::poll(&polled, 1, left.count() > 0 ? static_cast<int>(left.count()) : 0);
@@ -57,23 +61,43 @@ int Poll(pollfd& polled, std::chrono::milliseconds patience) {
   }
 }
 
-}  // namespace
-
-int WriteOnce(int descriptor, std::string_view text, std::chrono::milliseconds patience) {
+// 0 when descriptor takes bytes, else an errno value.
+int Await(int descriptor, Clock::time_point end) {
   pollfd polled{descriptor, POLLOUT, 0};
-  const int count = Poll(polled, patience);
+  const int count = Poll(polled, end);
   if (count < 0) return errno;
   if (count == 0) return EAGAIN;
   if ((polled.revents & POLLNVAL) != 0) return EBADF;
-  if ((polled.revents & POLLOUT) == 0) return EPIPE;
+  return (polled.revents & POLLOUT) == 0 ? EPIPE : 0;
+}
 
+// A terminal that has room for one byte is ready for more, and holds up whoever writes the rest. So
+// it is opened once more, not to be waited for; none for anything else, and where that is refused.
+FileDescriptor OpenTerminal(int descriptor) {
+  if (::isatty(descriptor) == 0) return {};
+  const std::string path = "/proc/self/fd/" + std::to_string(descriptor);
+  return FileDescriptor(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
+}  // namespace
+
+int WriteOnce(int descriptor, std::string_view text, std::chrono::milliseconds patience) {
+  const Clock::time_point end = Clock::now() + patience;
+  const FileDescriptor terminal = OpenTerminal(descriptor);
+  const int target = terminal ? terminal.get() : descriptor;
   const WriteSignalHold hold;
-  ssize_t written = 0;
-  do {
-    written = ::write(descriptor, text.data(), text.size());
-  } while (written < 0 && errno == EINTR);
-  if (written < 0) return errno;
-  return static_cast<std::size_t>(written) == text.size() ? 0 : ENOSPC;
+  while (!text.empty()) {
+    if (const int error = Await(target, end); error != 0) return error;
+    const ssize_t written = ::write(target, text.data(), text.size());
+    if (written >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno == EAGAIN && Clock::now() < end) {
+      ::poll(nullptr, 0, 1);  // it has room, but not for the next byte
+    } else if (errno != EINTR) {
+      return errno;
+    }
+  }
+  return 0;
 }
 
 }  // namespace Ravik

@@ -7,15 +7,19 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <vector>
 
+#include "util/FileDescriptor.h"
 #include "util/TraceLine.h"
 #include "util/TraceWriter.h"
 #include "util/WriteOnce.h"
@@ -147,6 +151,36 @@ TEST(WriteOnce, IsHeldUpByNobody) {
   EXPECT_EQ(Ravik::WriteOnce(ends[1], page, milliseconds(0)), EPIPE);
   close(ends[1]);
   EXPECT_EQ(Ravik::WriteOnce(ends[1], page, milliseconds(0)), EBADF);
+}
+
+// A terminal is ready as long as it has room for one byte.
+TEST(WriteOnce, GetsALineThroughToATerminalThatIsRead) {
+  using std::chrono::milliseconds;
+  const Ravik::FileDescriptor reader(posix_openpt(O_RDWR | O_NOCTTY));
+  ASSERT_EQ(grantpt(reader.get()), 0);
+  ASSERT_EQ(unlockpt(reader.get()), 0);
+  const Ravik::FileDescriptor terminal(open(ptsname(reader.get()), O_RDWR | O_NOCTTY));
+  ASSERT_TRUE(terminal);
+  const std::string line = std::string(4095, 'x') + '\n';
+  int lines = 0;
+  while (Ravik::WriteOnce(terminal.get(), line, milliseconds(0)) == 0) ASSERT_LT(++lines, 1000);
+  EXPECT_EQ(Ravik::WriteOnce(terminal.get(), line, milliseconds(20)), EAGAIN);
+
+  std::atomic<std::size_t> count{0};
+  std::thread reading([&] {
+    char bytes[512];
+    for (ssize_t size = 0; (size = read(reader.get(), bytes, sizeof bytes)) > 0;) {
+      count += static_cast<std::size_t>(std::count(bytes, bytes + size, 'y'));
+      if (std::find(bytes, bytes + size, 'z') != bytes + size) break;
+    }
+  });
+  for (int i = 0; i < 20; ++i) {
+    EXPECT_EQ(Ravik::WriteOnce(terminal.get(), std::string(4000, 'y') + '\n', milliseconds(5000)),
+              0);
+  }
+  EXPECT_EQ(Ravik::WriteOnce(terminal.get(), "z\n", milliseconds(5000)), 0);
+  reading.join();
+  EXPECT_EQ(count, 80000U);
 }
 
 }  // namespace
