@@ -36,6 +36,7 @@ std::size_t ByteStream::Read(char* buffer, std::size_t capacity) {
     PrepareToRead();
     connected = ReceiveReply(buffer, capacity, length);
   } catch (...) {
+    if (length != 0) Trace(name(), "recv", {buffer, length});
     Abort();
     throw;
   }

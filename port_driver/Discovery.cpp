@@ -13,6 +13,7 @@
 #include "port_driver/DeviceURI.h"
 #include "port_driver/DiscoverySettings.h"
 #include "port_driver/DriverError.h"
+#include "port_driver/DriverTrace.h"
 #include "port_driver/HostAddress.h"
 #include "port_driver/LocalSearch.h"
 #include "port_driver/Module.h"
@@ -21,9 +22,12 @@
 #include "port_driver/SearchModule.h"
 #include "port_driver/SearchThread.h"
 #include "util/Diagnostics.h"
+#include "util/TraceLine.h"
 
 namespace ZIOP {
 namespace {
+
+constexpr std::size_t kTextShown = 256;  // bytes of a text in a trace
 
 struct Findings {
   std::vector<FoundPrinter> found;
@@ -114,6 +118,44 @@ void RunSearches(const DiscoverySettings& settings, const std::vector<std::strin
   }
 }
 
+void TraceSettings(const DiscoverySettings& settings) {
+  if (!IsTraced()) {
+    return;
+  }
+  const auto word = [](bool isWanted) { return isWanted ? "yes" : "no"; };
+  std::string text = std::string("Network=") + word(settings.network) +
+                     " CUPS=" + word(settings.queues) + " USB=" + word(settings.local) +
+                     " TimeoutMilliseconds=" + std::to_string(settings.timeout.count());
+  for (const std::string& address : settings.addresses) {
+    text += " Address=" + Ravik::TraceQuoted(address, kTextShown);
+  }
+  Trace("network", "search", {}, text);
+}
+
+void TraceFound(const char* port, const char* event, const std::vector<FoundPrinter>& found) {
+  if (!IsTraced()) {
+    return;
+  }
+  constexpr std::pair<const char*, std::string FoundPrinter::*> kTexts[] = {
+      {"uri", &FoundPrinter::uri},
+      {"name", &FoundPrinter::name},
+      {"model", &FoundPrinter::model},
+      {"serial", &FoundPrinter::serial},
+      {"device-id", &FoundPrinter::deviceId},
+      {"description", &FoundPrinter::description},
+  };
+  for (const FoundPrinter& printer : found) {
+    std::string text;
+    for (const auto& [title, member] : kTexts) {
+      if (!(printer.*member).empty()) {
+        text += (text.empty() ? "" : " ") + std::string(title) + '=' +
+                Ravik::TraceQuoted(printer.*member, kTextShown);
+      }
+    }
+    Trace(port, event, {}, text);
+  }
+}
+
 std::vector<ListedPrinter> ReadRecords(CFArrayRef records) {
   std::vector<ListedPrinter> printers;
   for (CFIndex i = 0; i < CFArrayGetCount(records); ++i) {
@@ -126,13 +168,18 @@ std::vector<ListedPrinter> ReadRecords(CFArrayRef records) {
 std::vector<ListedPrinter> ListWhatIsNew(const DiscoverySettings& settings,
                                          const std::vector<ListedPrinter>& configured) {
   Results results;
+  TraceSettings(settings);
   RunSearches(settings, URIsOf(configured), results);
+  TraceFound("queue", "found", results.queues.found);
+  TraceFound("network", "found", results.network.found);
+  TraceFound("local", "found", results.local.found);
   HostAddresses hosts = std::move(results.configured);
   hosts.merge(results.queues.hosts);
   hosts.merge(results.network.hosts);
   const SupportedModels models(settings.models);
   if (settings.network) {
     const auto recalled = RecallPrinters(results.network.found, settings.addresses, models);
+    TraceFound("network", "remembered", recalled);
     results.network.found.insert(results.network.found.end(), recalled.begin(), recalled.end());
   }
   PrinterCatalogue catalogue(models, std::move(hosts));
@@ -165,6 +212,7 @@ void AppendFoundPrinters(CFDictionaryRef information, CFMutableArrayRef records)
 
 void ZIOPDiscover(CFDictionaryRef information, CFMutableArrayRef records) noexcept {
   try {
+    Ravik::ProcessTrace::Start("ZIOP");
     ZIOP::AppendFoundPrinters(information, records);
   } catch (const std::exception& error) {
     Ravik::ReportLine("ZIOP", "search broken off: " + Ravik::Printable(error.what()));

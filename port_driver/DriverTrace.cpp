@@ -56,15 +56,22 @@ void TraceFailedCall(const char* port, const char* call, int error) {
   if (IsTraced()) Trace(port, "failed", {}, DriverError::System(call, error).what());
 }
 
-std::string TraceDestination(const HostAddress& address) {
+std::string TraceAddress(const std::string& name, const HostAddress& address) {
   char host[NI_MAXHOST] = {};
   char port[NI_MAXSERV] = {};
   if (::getnameinfo(address.get(), address.length, host, sizeof host, port, sizeof port,
                     NI_NUMERICHOST | NI_NUMERICSERV) != 0) {
-    return "to=unknown";
+    return name + "=unknown";
   }
   const std::string text = address.family() == AF_INET6 ? '[' + std::string(host) + ']' : host;
-  return "to=" + text + ':' + port;
+  return name + '=' + text + ':' + port;
+}
+
+std::string TraceAnswer(const SnmpMessage& answer, std::size_t limit) {
+  const std::string status = "error-status=" + std::to_string(answer.errorStatus);
+  return answer.valueTag == kSnmpOctetString
+             ? status + " value=" + Ravik::TraceQuoted(answer.value, limit)
+             : status;
 }
 
 void SnmpTrace::StartTry(int attempt) {
@@ -73,14 +80,12 @@ void SnmpTrace::StartTry(int attempt) {
 }
 
 void SnmpTrace::TellSent(std::string_view request, const HostAddress& address) const {
-  Trace("snmp", "send", request, try_ + ' ' + TraceDestination(address));
+  Trace("snmp", "send", request, try_ + ' ' + TraceAddress("to", address));
 }
 
 void SnmpTrace::TellAnswer(std::string_view bytes, const SnmpMessage& answer) const {
-  std::string text = try_ + ' ' + Ravik::TraceDuration(start_) +
-                     " error-status=" + std::to_string(answer.errorStatus);
-  if (answer.valueTag == kSnmpOctetString) text += " value=" + Ravik::TraceQuoted(answer.value);
-  Trace("snmp", "recv", bytes, text);
+  Trace("snmp", "recv", bytes,
+        try_ + ' ' + Ravik::TraceDuration(start_) + ' ' + TraceAnswer(answer));
 }
 
 void SnmpTrace::TellIgnored(std::string_view bytes, const SnmpMessage* message,

@@ -31,8 +31,11 @@ void TraceFailure(const char* port, DriverCode code, const char* message) noexce
 // A failed system call that the driver goes on after.
 void TraceFailedCall(const char* port, const char* call, int error);
 
-// "to=127.0.0.1:9100"
-std::string TraceDestination(const HostAddress& address);
+// "to=127.0.0.1:9100", for the name "to".
+std::string TraceAddress(const std::string& name, const HostAddress& address);
+
+// What an answer holds: "error-status=0 value="..."", with at most so many bytes of the value.
+std::string TraceAnswer(const SnmpMessage& answer, std::size_t limit = 64);
 
 // The tries of one SNMP exchange. Without a trace each call is one branch.
 class SnmpTrace {

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "port_driver/DriverError.h"
+#include "port_driver/DriverTrace.h"
 #include "printer_io/RemoteMode.h"
 #include "util/Diagnostics.h"
 
@@ -122,7 +123,8 @@ bool LocalDevice::DropStaleBytes() {
   const Deadline end = Deadline::After(patience_ + uri_.budget());
   Deadline pause = Deadline::After(patience_);
   char dropped[4096];
-  while (Receive(dropped, sizeof dropped, pause) != 0) {
+  while (const std::size_t length = Receive(dropped, sizeof dropped, pause)) {
+    Trace(name(), "recv", {dropped, length}, "nobody reads it");
     if (end.HasPassed()) {
       return false;
     }

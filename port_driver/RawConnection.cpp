@@ -46,7 +46,7 @@ void RawConnection::Connect() {
 }
 
 FileDescriptor RawConnection::ConnectTo(const HostAddress& address, const Deadline& deadline) {
-  if (IsTraced()) Trace("raw", "connect", {}, TraceDestination(address));
+  if (IsTraced()) Trace("raw", "connect", {}, TraceAddress("to", address));
   FileDescriptor descriptor(
       ::socket(address.family(), SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, IPPROTO_TCP));
   if (!descriptor) {
@@ -123,6 +123,9 @@ void RawConnection::Drain(int socket, const Deadline& deadline) {
     }
     if (received < 0 && !IsToRepeat(errno)) {
       throw DriverError::System("recv", errno);
+    }
+    if (received > 0) {
+      Trace(name(), "recv", {dropped, static_cast<std::size_t>(received)}, "nobody reads it");
     }
   }
 }

@@ -7,6 +7,7 @@
 
 #include "port_driver/Module.h"
 #include "util/Diagnostics.h"
+#include "util/ProcessTrace.h"
 
 namespace ZIOP {
 namespace {
@@ -45,6 +46,7 @@ void Collect(void* context, const ZIOPText* fields) noexcept {
 
 void ServeSearch(const ZIOPSearchRequest& request, ZIOPFoundCallback found, void* context,
                  SearchFunction search) noexcept {
+  Ravik::ProcessTrace::Start("ZIOP");
   std::vector<FoundPrinter> printers;
   try {
     const auto deadline = Deadline::After(std::chrono::milliseconds(request.timeout));

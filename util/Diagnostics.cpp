@@ -6,6 +6,7 @@
 #include <chrono>
 #include <climits>
 
+#include "util/ProcessTrace.h"
 #include "util/WriteOnce.h"
 
 namespace Ravik {
@@ -25,9 +26,11 @@ std::string Printable(std::string_view text) {
 }
 
 void ReportLine(const std::string& reporter, const std::string& line) {
-  const std::string text = (reporter + ": " + line).substr(0, PIPE_BUF - 1) + "\n";
+  const std::string text = (reporter + ": " + line).substr(0, PIPE_BUF - 1);
+  const char* const program = reporter == "ZIOP" ? "driver" : "worker";
+  ProcessTrace::Write({program, "host", "report", {}, text});
   // A line that cannot be written has nowhere else to go.
-  static_cast<void>(WriteOnce(STDERR_FILENO, text, std::chrono::milliseconds(0)));
+  static_cast<void>(WriteOnce(STDERR_FILENO, text + '\n', std::chrono::milliseconds(0)));
 }
 
 }  // namespace Ravik

@@ -13,7 +13,7 @@ std::string Printable(std::string_view text);
 
 // Writes one line, led by who reports it, to standard error, if somebody is there to take it at
 // once: a pipe that is full or has no reader costs the line, and neither blocks nor signals. Both
-// texts are printable; what is longer than PIPE_BUF is cut off.
+// texts are printable; what is longer than PIPE_BUF is cut off. A trace gets the line too.
 void ReportLine(const std::string& reporter, const std::string& line);
 
 }  // namespace Ravik

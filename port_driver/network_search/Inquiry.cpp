@@ -117,8 +117,10 @@ std::optional<SearchRequest> Inquiry::Next() {
     queue_.pop_front();
     if (IsOpen(question)) {
       const Host& host = hosts_[question.host];
-      return SearchRequest{host.address, EncodeSearchRequest(host.ids[question.object],
-                                                             kSearchedObjects[question.object])};
+      return SearchRequest{
+          host.address,
+          EncodeSearchRequest(host.ids[question.object], kSearchedObjects[question.object]),
+          question.object};
     }
   }
   return std::nullopt;
@@ -146,19 +148,21 @@ Inquiry::Host* Inquiry::Respondent(const Question& question, const HostAddress& 
   return &hosts_.back();
 }
 
-void Inquiry::Take(const HostAddress& from, std::string_view datagram) {
+bool Inquiry::Take(const HostAddress& from, std::string_view datagram) {
   const auto answer = DecodeSearchAnswer(datagram);
   if (!answer) {
-    return;
+    return false;
   }
   const auto asked = asked_.find(answer->requestId);
   if (asked == asked_.end() || asked->second.object != answer->object) {
-    return;
+    return false;
   }
   Host* const host = Respondent(Question(asked->second), from);
-  if (host != nullptr && !host->answered[answer->object]) {
-    Record(*host, answer->object, answer->text);
+  if (host == nullptr || host->answered[answer->object]) {
+    return false;
   }
+  Record(*host, answer->object, answer->text);
+  return true;
 }
 
 void Inquiry::Record(Host& host, std::size_t object, const std::string& text) {

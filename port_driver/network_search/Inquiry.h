@@ -29,6 +29,7 @@ constexpr std::size_t kMaximumAsked = 4096;
 struct SearchRequest {
   HostAddress to;
   std::string message;
+  std::size_t object;  // its place in kSearchedObjects
 };
 
 class Inquiry {
@@ -48,9 +49,10 @@ class Inquiry {
   // heard of is put into the queue at once.
   std::optional<SearchRequest> Next();
 
-  // Takes a datagram from the network. It counts as an answer if it comes from where the request
-  // with its id went to, and is about the object that was asked for.
-  void Take(const HostAddress& from, std::string_view datagram);
+  // Takes a datagram from the network. It counts as an answer, the result is true, if it comes from
+  // where the request with its id went to, is about the object that was asked for, and is the
+  // first.
+  bool Take(const HostAddress& from, std::string_view datagram);
 
   bool isQueueEmpty() const { return queue_.empty(); }
 

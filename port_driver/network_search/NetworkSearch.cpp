@@ -12,6 +12,8 @@
 #include <set>
 
 #include "port_driver/DriverError.h"
+#include "port_driver/DriverTrace.h"
+#include "port_driver/SnmpMessage.h"
 #include "port_driver/Waiter.h"
 #include "port_driver/network_search/Inquiry.h"
 #include "port_driver/network_search/NameResolver.h"
@@ -36,6 +38,7 @@ constexpr int kMaximumTaken = 256;
 constexpr milliseconds kShortestTry(20);
 constexpr milliseconds kNameInterval(20);  // how often resolved names are looked for
 constexpr int kReceiveBuffer = 1 << 20;    // bytes; the system gives what it allows
+constexpr std::size_t kTextShown = 256;    // bytes of an identifier or a description in a trace
 
 int32_t RandomId() {
   uint32_t number = 0;
@@ -62,6 +65,29 @@ FileDescriptor OpenSocket(int family) {
   }
   ::setsockopt(descriptor.get(), SOL_SOCKET, SO_RCVBUF, &kReceiveBuffer, sizeof kReceiveBuffer);
   return descriptor;
+}
+
+void TraceRequest(const SearchRequest& request) {
+  if (!IsTraced()) {
+    return;
+  }
+  Trace("snmp", "send", request.message,
+        TraceAddress("to", request.to) + " object=" + kSearchedObjects[request.object].title);
+}
+
+void TraceDatagram(const HostAddress& from, std::string_view datagram, bool isAnswer) {
+  if (!IsTraced()) {
+    return;
+  }
+  std::string text = TraceAddress("from", from);
+  if (const auto answer = DecodeSearchAnswer(datagram)) {
+    text += std::string(" object=") + kSearchedObjects[answer->object].title;
+  }
+  if (const auto message = ReadSnmpMessage(datagram)) {
+    text += ' ' + TraceAnswer(*message, kTextShown);
+  }
+  Trace("snmp", isAnswer ? "recv" : "ignored", datagram,
+        isAnswer ? text : text + " not asked for, or answered before");
 }
 
 class Search {
@@ -176,10 +202,14 @@ void Search::Send(const SearchRequest& request) {
     if (!socket) {
       socket = OpenSocket(request.to.family());
     }
+    TraceRequest(request);
     if (::sendto(socket.get(), request.message.data(), request.message.size(), MSG_NOSIGNAL,
-                 request.to.get(), request.to.length) < 0 &&
-        errno != EAGAIN && errno != ENOBUFS && errno != EINTR) {
-      throw DriverError::System("sendto", errno);
+                 request.to.get(), request.to.length) < 0) {
+      const int error = errno;
+      TraceFailedCall("snmp", "sendto", error);
+      if (error != EAGAIN && error != ENOBUFS && error != EINTR) {
+        throw DriverError::System("sendto", error);
+      }
     }
   } catch (const DriverError& error) {
     if (reported_.insert(error.what()).second) {
@@ -223,7 +253,8 @@ void Search::Receive(const FileDescriptor& socket) {
       return;
     }
     if (length > 0 && static_cast<std::size_t>(length) <= sizeof buffer) {
-      inquiry_.Take(from, {buffer, static_cast<std::size_t>(length)});
+      const std::string_view datagram(buffer, static_cast<std::size_t>(length));
+      TraceDatagram(from, datagram, inquiry_.Take(from, datagram));
     }
   }
 }

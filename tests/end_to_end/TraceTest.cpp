@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -58,6 +59,16 @@ std::vector<std::string> Events(const std::vector<TraceLine>& lines, const std::
     if (is_wanted) found.push_back(line.event.substr(0, blank + 1) + line.bytes);
   }
   return found;
+}
+
+// All bytes that one kind of event carried.
+std::string BytesOf(const std::vector<TraceLine>& lines, const std::string& program,
+                    const std::string& event) {
+  std::string bytes;
+  for (const std::string& each : Events(lines, program, event)) {
+    bytes += each.substr(each.find(' ') + 1);
+  }
+  return bytes;
 }
 
 // A printer and a worker that both write a trace.
@@ -125,6 +136,8 @@ TEST_F(Trace, AgreesWithThatOfThePrinter) {
     if (row.link == Link::kNetwork) {
       EXPECT_EQ(Events(workers, "driver", "send"), Events(printers, "printer", "recv"));
     }
+    // What a device sends comes in pieces of any length, also what nobody reads.
+    EXPECT_EQ(BytesOf(workers, "driver", "recv"), BytesOf(printers, "printer", "send"));
   }
 }
 
@@ -162,6 +175,40 @@ TEST_F(Trace, TellsOfTries) {
     const std::string trace = WorkersTrace();
     EXPECT_TRUE(std::regex_search(trace, std::regex(row.lines))) << row.fault << '\n' << trace;
   }
+}
+
+// Whom a search asked, what was told, and why that is not listed.
+TEST(TraceOfSearches, SaysWhyAPrinterIsMissing) {
+  const VirtualPrinter printer(kDevice, {"--fault", "lack=hrDeviceDescr"});
+  const std::string uri = printer.Uri();
+  const std::string port = uri.substr(uri.find("snmp=") + 5);
+  const WorkerFolder folder({});
+  std::ofstream(folder.path() / "SupportPrinterList.xml")
+      << R"(<plist version="1.0"><dict><key>SupportedPrinters</key><array><string>QM-T84 Series)"
+      << "</string></array><key>Discovery</key><dict><key>Network</key><true/>"
+      << "<key>Addresses</key><array><string>127.0.0.1:" << port
+      << "</string></array></dict></dict></plist>";
+  const Process worker = folder.Start(kTraced);
+  EXPECT_EQ(Ask(worker, kList), R"({"GetPrinterList":0})");
+  const std::string trace = ReadFile(folder.path() / "trace");
+  EXPECT_EQ(Lines(trace).size(),
+            static_cast<std::size_t>(std::count(trace.begin(), trace.end(), '\n')));
+  const std::string reason = R"(ZIOP: network: left out: SupportedPrinters lacks "QM-R410 Series")";
+  for (const std::string& line : {
+           "network search - Network=yes CUPS=no USB=no TimeoutMilliseconds=3000 "
+           "Address=\"127.0.0.1:" +
+               port + "\"",
+           "snmp send 30[0-9A-F]+ to=127.0.0.1:" + port + " object=sysDescr.0",
+           "snmp recv 30[0-9A-F]+ from=127.0.0.1:" + port +
+               " object=hrDeviceDescr.1 error-status=2",
+           "snmp recv 30[0-9A-F]+ from=127.0.0.1:" + port +
+               " object=sysDescr.0 error-status=0 value=\"QM-R410 Series\"",
+           "network found - uri=\"socket://127.0.0.1[?]snmp=" + port + "\" serial=",
+           "host report - " + reason,
+       }) {
+    EXPECT_THAT(trace, ContainsRegex("driver[[][0-9]+[]] " + line));
+  }
+  EXPECT_EQ(folder.Errors(), reason + '\n');
 }
 
 // The words that the host's protocol has for a result code.
