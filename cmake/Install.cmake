@@ -41,11 +41,11 @@ file(RELATIVE_PATH include_path
   ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_INCLUDEDIR}/printer-native-process)
 file(RELATIVE_PATH worker_path
   ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_LIBEXECDIR}/printer-native-process)
+string(REPLACE " " "\\ " include_path "${include_path}")
+string(REPLACE " " "\\ " worker_path "${worker_path}")
 configure_file(packaging/printer-native-process.pc.in printer-native-process.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/printer-native-process.pc
   DESTINATION ${CMAKE_INSTALL_DATADIR}/pkgconfig)
-install(DIRECTORY tests/port_driver/example/
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/plug-in)
 install(FILES ${PROJECT_BINARY_DIR}/wireshark/printer_command.lua
   DESTINATION ${CMAKE_INSTALL_DATADIR}/printer-native-process/wireshark)
 
