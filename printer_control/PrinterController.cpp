@@ -36,7 +36,7 @@ const char* PortName(const IPrinterLibrary& library, const CPrinterCommand& comm
 bool TransferRead(IPrinterLibrary& library, const CPrinterCommand& command,
                   const TransferTrace& trace, CommandVO& reply) {
   const char* const port = PortName(library, command);
-  const CommandVO& bytes = command.GetCommand();
+  const CommandVO bytes = command.GetCommand();
   trace.Command(port, bytes);
   const bool transferred = command.IsRemote() ? library.SendCommand(bytes, &reply)
                                               : library.SendCommandD4(bytes, &reply);
@@ -63,7 +63,7 @@ bool TransferWrite(IPrinterLibrary& library, const CPrinterCommand& command,
     return command.IsRemote() ? library.SendCommand(bytes, nullptr)
                               : library.SendCommandD4(bytes, nullptr);
   };
-  const CommandVO& bytes = command.GetCommand();
+  const CommandVO bytes = command.GetCommand();
   trace.Command(port, bytes);
   if (!send(bytes)) return false;
   if (!command.IsSVCmd()) return true;

@@ -86,8 +86,10 @@ TEST(PrinterCommand, LengthCountsFormatAndVariablePart) {
   EXPECT_EQ(command.GetCommand().bytes(), expected);
   EXPECT_EQ(command.GetCommandForSpooler().bytes(), expected) << "no flag, no frame";
   EXPECT_EQ(command.GetCommandAscii().substr(0, 14), "45582E01F0F178");
+  const CommandVO& taken = command.GetCommand();
   EXPECT_FALSE(command.SetCommand({}, info)) << "nothing to send";
   EXPECT_TRUE(command.GetCommand().bytes().empty());
+  EXPECT_EQ(taken.bytes(), expected) << "the caller's own";
 }
 
 TEST(PrinterCommand, UnknownDeviceKeepsTheLastCommand) {

@@ -38,8 +38,8 @@ class CPrinterCommand {
   static std::vector<unsigned char> MakeVariablePart(const ParameterMapVO& parameters,
                                                      const CommandInfoVO& info);
 
-  // The bare command, which goes straight to a printer; valid until the next Set() or SetCommand().
-  const CommandVO& GetCommand() const { return command_; }
+  // The bare command, which goes straight to a printer.
+  CommandVO GetCommand() const { return command_; }
 
   // The command with all that belongs to it, in one: remote-mode start and end around it if it is a
   // remote-mode command, and "SV" behind it if the flag says so.
