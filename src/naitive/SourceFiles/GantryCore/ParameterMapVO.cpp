@@ -35,18 +35,12 @@ ParameterValues& ParameterMapVO::FindOrAdd(const std::string& key) {
   return place->first == key ? map_[index].second : Add(key, index);
 }
 
-ParameterValues& ParameterMapVO::Restore() {
-  ParameterValues& values = map_.begin()[static_cast<std::ptrdiff_t>(size_)].second;
-  values.clear();
-  ++size_;
-  return values;
-}
-
 ParameterValues& ParameterMapVO::Add(const std::string& key, std::size_t index) {
   ordered_ = size_;
   if (size_ == map_.size()) map_.emplace_back();
   map_[size_].first = key;
-  Restore();
+  map_[size_].second.clear();
+  ++size_;
   const auto place = map_.begin() + static_cast<std::ptrdiff_t>(index);
   const auto entries_end = map_.begin() + static_cast<std::ptrdiff_t>(size_);
   std::rotate(place, entries_end - 1, entries_end);

@@ -132,9 +132,6 @@ class ParameterMapVO {
   // The same for a key that is not that of the first one of the removed entries.
   ParameterValues& FindOrAdd(const std::string& key);
 
-  // The values, none, of the first one of the removed entries, which is added again.
-  ParameterValues& Restore();
-
   // The values, none, of a new key, whose place is in front of the entry at index.
   ParameterValues& Add(const std::string& key, std::size_t index);
 
