@@ -3,7 +3,6 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -30,8 +29,7 @@ class Registry {
     const std::lock_guard<std::recursive_mutex> lock(mutex_);
     struct stat folder;
     if (stat(path.c_str(), &folder) != 0 || !S_ISDIR(folder.st_mode)) return nullptr;
-    const auto known = places_.find(path);
-    Place& place = known != places_.end() ? known->second : places_[path];
+    Place& place = places_[path];
     if (place.bundle == nullptr || place.device != folder.st_dev || place.number != folder.st_ino) {
       place = {folder.st_dev, folder.st_ino, BundleOf(path)};
     }

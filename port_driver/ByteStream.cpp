@@ -4,7 +4,6 @@
 #include <poll.h>
 
 #include <string>
-#include <vector>
 
 #include "port_driver/DriverTrace.h"
 
