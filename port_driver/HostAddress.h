@@ -30,15 +30,15 @@ struct HostAddress {
   HostAddress WithPort(uint16_t port) const;
 };
 
-// As many of a host as are tried: a port has a socket open for each.
+// As many addresses of a host are tried at most: a port has a socket open for each.
 inline constexpr std::size_t kMaximumAddresses = 16;
 
-// Addresses of host in the order in which they are to be tried, one or more, without a port.
-// Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no bound
-// that a caller could rely on, so it works in a thread of its own, which is left to itself when the
-// deadline passes or the wait is cancelled: it shares nothing with its caller any more, and its
-// code stays loaded until the process ends. With 16 of these under way no name is taken. Throws
-// DriverError.
+// Addresses of host in the order in which they are to be tried, 1 to kMaximumAddresses, without a
+// port. Numeric hosts do not block. Names go to the system's resolver, whose own time-outs are no
+// bound that a caller could rely on, so it works in a thread of its own, which is left to itself
+// when the deadline passes or the wait is cancelled: it shares nothing with its caller any more,
+// and its code stays loaded until the process ends. With 16 of these under way no name is taken.
+// Throws DriverError.
 std::vector<HostAddress> ResolveHost(const std::string& host, const Deadline& deadline,
                                      Waiter& waiter);
 
