@@ -209,8 +209,8 @@ void Sort(Parameters& parameters) {
 void PutInOrder(Parameters& given) {
   const auto is_not_before = [](const auto& a, const auto& b) { return !IsBefore(a, b); };
   const auto has_same_key = [](const auto& a, const auto& b) { return a.first == b.first; };
-  const auto is_null = [](const auto& parameter) {
-    return !parameter.second.template is<int>() && !parameter.second.template is<std::string>();
+  const auto is_null = [](const Parameters::value_type& parameter) {
+    return !parameter.second.is<int>() && !parameter.second.is<std::string>();
   };
   // Hosts that walk a map send them in order.
   if (std::adjacent_find(given.begin(), given.end(), is_not_before) != given.end()) {
