@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 
+#include "util/ProcessTrace.h"
 #include "util/ZIOLibrary.h"
 
 namespace {
@@ -26,6 +27,12 @@ bool IsReadable(const char* answer, long length,
   const char* const end = begin + own_buffer.size();
   const bool in_own_buffer = !std::less<>()(answer, begin) && std::less<>()(answer, end);
   return !in_own_buffer || end - answer >= length;
+}
+
+// A failure that the port driver cannot know of.
+int Refused(const char* why, int code) {
+  Ravik::ProcessTrace::Write({"worker", "snmp", "failed", {}, why});
+  return code;
 }
 
 }  // namespace
@@ -86,12 +93,14 @@ int CZIOCommon::ExchangeSNMP(const char* bytes, long length, char* reply, long c
   std::array<char, kSnmpBufferSize> answer{};
   long request_length = 0;
   const int built = CreateSNMPCommand(bytes, length, request.data(), &request_length);
-  if (built != 0) return built;
+  if (built != 0) return Refused("the command does not fit an SNMP request", built);
 
   ZIOSnmpExchange block = {request.data(), request_length, answer.data(), kSnmpBufferSize};
   const int sent = handler_->IOCTL(ZIO_IOCTL_SNMP_EXCHANGE, &block);
   if (sent != 0) return sent;
-  if (block.answerLength > capacity) return kAnswerTooLong;
+  if (block.answerLength > capacity) {
+    return Refused("the answer is longer than the worker takes", kAnswerTooLong);
+  }
   // The plug-in may have put its own buffer in place of ours.
   if (!IsReadable(block.answer, block.answerLength, answer)) return kFailure;
   std::copy_n(block.answer, block.answerLength, reply);

@@ -161,7 +161,10 @@ bool IPrinterLibrary::GetStatus(StatusReply& status) {
   if (Port()->GetStatus(text.data()) != 0) return false;
   const std::string_view first_text(text.data(), strnlen(text.data(), text.size()));
   const std::size_t separator = first_text.find({szCrLf, sizeof(szCrLf)});
-  if (separator == std::string_view::npos) return false;
+  if (separator == std::string_view::npos) {
+    ProcessTrace::Write({"worker", port, "failed", {}, "the status text has no CR LF"});
+    return false;
+  }
   StoreStatus(text.data() + separator + sizeof(szCrLf), text.data() + text.size(), status);
   TransferTrace::Status(port, {text.data(), text.size()}, status);
   return true;

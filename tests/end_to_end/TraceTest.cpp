@@ -167,6 +167,7 @@ TEST_F(Trace, TellsOfTries) {
       {"wrong-id=1", R"(snmp ignored 30\S+ try=1/4 ms=\d+\.\d+ another request-id\n)"},
       {"wrong-oid=1", R"(snmp ignored 30\S+ try=1/4 ms=\d+\.\d+ another object identifier\n)"},
       {"truncate=20", R"(snmp ignored 30\S+ try=1/4 ms=\d+\.\d+ no SNMP message\n)"},
+      {"oversize", R"(worker\[\d+\] snmp failed - the answer is longer than the worker takes\n)"},
       {"na", R"(worker\[\d+\] snmp reply 45583A30303030303031424E413B read-record refused)"},
   };
   for (const auto& row : kCases) {
@@ -246,6 +247,17 @@ TEST(TraceOfFailures, NamesTheSystemCallAndTheMeaningOfTheCode) {
     EXPECT_THAT(trace, ContainsRegex("host result - code=" + std::to_string(row.code) +
                                      " ms=[0-9.]+ " + Meaning(row.code) + "\n"));
   }
+}
+
+TEST(TraceOfFailures, TellsWhatEndsTheWorker) {
+  const WorkerFolder folder({{"Studio", kDevice, "socket://127.0.0.1:1?snmp=1"}});
+  const Process worker = folder.Start(kTraced);
+  Ask(worker, kList);
+  worker.Write(Line(Request("GetCustomMediaInfo", "Studio", kDevice,
+                            R"({"CustomMediaNo":3,"CommandVersion":5})")));
+  worker.ReadAll();
+  EXPECT_THAT(ReadFile(folder.path() / "trace"),
+              ContainsRegex("host report - assertion .+ failed in .+\n$"));
 }
 
 // Standard output is the host's, whatever becomes of the trace.

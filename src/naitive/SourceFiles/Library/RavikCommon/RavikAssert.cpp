@@ -6,10 +6,16 @@
 #include <cassert>
 #include <string>
 
+#include "util/ProcessTrace.h"
+
 namespace Ravik {
 
 void ReportAssertion(const char* expression, const char* function, const char* source,
                      unsigned int line) {
+  if (ProcessTrace::IsOn()) {
+    const std::string text = std::string("assertion ") + expression + " failed in " + function;
+    ProcessTrace::Write({"worker", "host", "report", {}, text});
+  }
   std::string unit(source);
   const std::string::size_type dot = unit.rfind('.');
   const std::string::size_type slash = unit.rfind('/');
