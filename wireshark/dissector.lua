@@ -77,6 +77,7 @@ protocol.prefs.ports = Pref.range("SNMP ports", "", "UDP ports of SNMP agents be
 
 local identifier_field = Field.new("snmp.name")
 local octets_field = Field.new("snmp.value.octets")
+local status_field = Field.new("snmp.error_status")
 
 -- Texts
 
@@ -365,8 +366,9 @@ local function summary(operation, variable, outcome)
   return outcome and text .. ", " .. outcome or text
 end
 
--- One binding: the identifier's payload and, in an answer, the octets behind it.
-local function add_binding(tree, payload, is_cut, octets, printer)
+-- One binding: the identifier's payload and, in an answer, the octets behind it. An agent that
+-- has an error to tell gives the binding back as it came.
+local function add_binding(tree, payload, is_cut, octets, is_error, printer)
   local branch = tree:add(protocol, payload.range)
   if is_cut then
     branch:add_proto_expert_info(damaged, "A sub-identifier is not a byte")
@@ -393,6 +395,10 @@ local function add_binding(tree, payload, is_cut, octets, printer)
   elseif operation then
     add_bytes(branch, field.unknown, payload, at, #variable)
   end
+  if is_error and not reply then
+    branch:add(field.refused, payload.range, true):set_generated()
+    return summary(operation, variable, "refused")
+  end
   return summary(operation, variable, reply and add_reply(branch, reply, operation, form))
 end
 
@@ -416,12 +422,14 @@ end
 function protocol.dissector(_, pinfo, tree)
   local identifiers = {identifier_field()}
   local all_octets = {octets_field()}
+  local status = status_field()
+  local is_error = status ~= nil and status.value ~= 0
   for i, identifier in ipairs(identifiers) do
     local payload, is_cut = payload_of(identifier.range)
     if payload then
       local octets = octets_behind(identifiers, i, all_octets)
-      local printer = printer_of(pinfo, octets ~= nil)
-      local text = add_binding(tree, payload, is_cut, octets, printer)
+      local printer = printer_of(pinfo, is_error or octets ~= nil)
+      local text = add_binding(tree, payload, is_cut, octets, is_error, printer)
       pinfo.cols.info:append(" [" .. text .. "]")
     end
   end

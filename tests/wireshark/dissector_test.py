@@ -161,6 +161,11 @@ class Dissector(unittest.TestCase):
         text = Dissection(datagrams).text.splitlines()
         self.assertIn("[Read record 31, layout 0]", text[0])
         self.assertIn("[Read record 31, layout 0, refused]", text[1])
+        # What an agent without such an object answers: the request with an error in it.
+        error = datagrams[0][1].replace(b"\xA0", b"\xA2", 1)
+        error = error.replace(b"\x02\x01\x02\x02\x01\x00", b"\x02\x01\x02\x02\x01\x02", 1)
+        text = Dissection([(True, error)], "-Y", "printer_command.refused").text
+        self.assertIn("[Read record 31, layout 0, refused]", text)
 
     def test_other_ports_and_families_by_preference(self):
         _, datagrams = record("QM-R410 Series", [
