@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <clocale>
+#include <cwchar>
 
 namespace PrinterMedia {
 
@@ -102,8 +104,20 @@ std::string Printable(std::string_view bytes) {
 }
 
 std::size_t Width(std::string_view printable) {
-  const auto continuations = std::count_if(printable.begin(), printable.end(), IsContinuation);
-  return printable.size() - static_cast<std::size_t>(continuations);
+  // What a character takes is told by a locale that knows it, whichever is the user's.
+  static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  const locale_t users = uselocale(utf8);
+  std::size_t width = 0;
+  std::mbstate_t state{};
+  while (!printable.empty()) {
+    wchar_t character = 0;
+    const std::size_t length = std::mbrtowc(&character, printable.data(), printable.size(), &state);
+    const bool is_read = length >= 1 && length <= printable.size();
+    width += is_read ? static_cast<std::size_t>(std::max(0, wcwidth(character))) : 1;
+    printable.remove_prefix(is_read ? length : 1);
+  }
+  uselocale(users);
+  return width;
 }
 
 std::string ToHex(std::string_view bytes) {

@@ -18,7 +18,8 @@ bool IsUtf8(std::string_view bytes);
 // For a terminal: line feeds stay; other control characters, and bytes that are no UTF-8, as \xNN.
 std::string Printable(std::string_view bytes);
 
-// Columns that a printable text takes, with one for each character.
+// Columns of a terminal that a printable text takes: two for an ideograph, none for a combining
+// mark.
 std::size_t Width(std::string_view printable);
 
 std::string ToHex(std::string_view bytes);

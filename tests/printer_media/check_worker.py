@@ -81,6 +81,18 @@ class Worker(unittest.TestCase):
         for words, sent, told in ((STATUS, signal.SIGTERM, "interrupted\n"),
                                   (write, signal.SIGINT, "record 3 of \"QM-R410 Series\" may be")):
             process = fake.start(*words)
+    def test_columns_of_wide_names(self):
+        names = ["大型打印机", "Bu\u0308ro", "Proof"]  # an umlaut of two characters
+        raw = json.dumps({"GetPrinterList": 0, "Reply": [
+            {"PrinterName": name, "DeviceName": "QM-V5 Series"} for name in names]},
+            ensure_ascii=False)
+        fake = self.fake({"GetPrinterList": raw.encode().decode("latin-1")})
+        for locale in ("C", "C.UTF-8"):
+            fake.environment["LC_ALL"] = locale
+            rows = fake.run("list")[1].splitlines()
+            self.assertEqual([row[:row.index("QM")] for row in rows[1:]],
+                             ["大型打印机  ", "Bu\u0308ro        ", "Proof       "])
+
             fake.wait_for_worker()
             process.send_signal(sent)
             _, errors = process.communicate(timeout=10)
