@@ -71,12 +71,6 @@ ordered_json StatusJson(const nlohmann::json& status) {
   return json;
 }
 
-// The bar is gone before the names are printed.
-std::vector<RecordName> ReadNames(Host& host, const Printer& printer) {
-  Progress progress("reading names");
-  return host.Names(printer, [&](int last) { progress.Show(last, kLastRecord); });
-}
-
 void PrintNames(const std::vector<RecordName>& records) {
   std::vector<TableRow> rows{{"RECORD", "NAME"}};
   for (const RecordName& record : records) {

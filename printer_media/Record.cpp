@@ -1,9 +1,9 @@
 #include "printer_media/Record.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "printer_media/Suggestion.h"
+#include "printer_media/Terminal.h"
 #include "printer_media/Text.h"
 
 namespace PrinterMedia {
@@ -26,9 +26,14 @@ int CheckedNumber(const std::string& text) {
 
 }  // namespace
 
+std::vector<RecordName> ReadNames(Host& host, const Printer& printer) {
+  Progress progress("reading names");
+  return host.Names(printer, [&](int last) { progress.Show(last, kLastRecord); });
+}
+
 int RecordNumber(Host& host, const Printer& printer, const std::string& text) {
   if (IsNumber(text)) return CheckedNumber(text);
-  std::vector<RecordName> records = host.Names(printer);
+  std::vector<RecordName> records = ReadNames(host, printer);
   records.erase(std::remove_if(records.begin(), records.end(),
                                [](const RecordName& record) { return !record.is_registered; }),
                 records.end());

@@ -135,11 +135,13 @@ json Parse(const std::string& path, const std::string& text) {
 }
 
 // Reads one layout; nothing when the printer refuses one that is not the usual.
-std::optional<Settings> LoadLayout(Host& host, const Printer& printer, int number, int layout) {
+std::optional<Settings> LoadLayout(Host& host, const Printer& printer, int number, int layout,
+                                   Progress& progress) {
   try {
     return host.Read(printer, number, layout);
   } catch (const Failure& failure) {
     if (layout == 0 || !failure.IsRefusal()) throw;
+    progress.Hide();
     std::cerr << "left out: " << Printable(failure.message()) << '\n';
     return std::nullopt;
   }
@@ -166,7 +168,7 @@ SavedRecords LoadRecords(Host& host, const Printer& printer) {
     if (!name.is_registered) continue;
     for (const Layout& layout : printer.family->layouts) {
       const std::optional<Settings> settings =
-          LoadLayout(host, printer, name.number, layout.version);
+          LoadLayout(host, printer, name.number, layout.version, progress);
       if (settings) saved.records[name.number][layout.version] = *settings;
     }
   }

@@ -97,7 +97,12 @@ void Confirm(const std::string& question, bool is_agreed) {
 Progress::Progress(std::string title) : title_(std::move(title)) {}
 
 Progress::~Progress() {
+  Hide();
+}
+
+void Progress::Hide() {
   if (is_shown_) std::cerr << "\r\033[K" << std::flush;
+  is_shown_ = false;
 }
 
 void Progress::Show(int done, int all) {

@@ -32,6 +32,9 @@ class Progress {
 
   void Show(int done, int all);
 
+  // Takes the bar away until it is shown again, for a message in its place.
+  void Hide();
+
  private:
   std::string title_;
   bool is_shown_ = false;
