@@ -1,6 +1,7 @@
 #include "printer_media/Changes.h"
 
 #include "printer_media/Catalogue.h"
+#include "printer_media/Record.h"
 #include "printer_media/Suggestion.h"
 #include "printer_media/Terminal.h"
 #include "printer_media/Text.h"
@@ -11,11 +12,20 @@ namespace {
 
 constexpr int kNotConfirmed = -6;
 
-// The failure of a write that the worker did not see confirmed, with what the printer holds.
+// The failure of a write that the worker did not see confirmed, with what the printer holds where
+// it tells that.
 [[noreturn]] void ThrowNotKept(Host& host, const Printer& printer, int number, const Layout& layout,
                                const Settings& wanted, const Failure& failure) {
-  const Settings now = host.Read(printer, number, layout.version);
-  const std::vector<std::string> differences = Differences(layout, now, wanted);
+  std::vector<std::string> differences;
+  try {
+    const Settings now = host.Read(printer, number, layout.version);
+    differences = Differences(layout, now, wanted);
+  } catch (const Failure&) {
+    throw failure;  // that the record cannot be read says less than that it was written
+  } catch (Interrupted& interruption) {
+    interruption.half_written = RecordTitle(printer, number, "");
+    throw;
+  }
   if (differences.empty()) throw failure;
   throw Failure::OfCode(kNotConfirmed,
                         "the printer took the write, but did not keep it: " + Listed(differences) +

@@ -12,6 +12,12 @@ Failure Failure::OfCode(int code, const std::string& message, const std::string&
   return failure;
 }
 
+Failure Failure::Behind(const std::string& done) const {
+  Failure failure = *this;
+  failure.message_ = done + ": " + message_;
+  return failure;
+}
+
 std::string Failure::Json() const {
   nlohmann::ordered_json error;
   error["status"] = static_cast<int>(status_);

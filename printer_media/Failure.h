@@ -29,6 +29,9 @@ class Failure : public std::exception {
   // A result code of the worker's other than 0.
   static Failure OfCode(int code, const std::string& message, const std::string& advice);
 
+  // The same, said of what was done before.
+  Failure Behind(const std::string& done) const;
+
   const char* what() const noexcept override { return message_.c_str(); }
   const std::string& message() const { return message_; }
   const std::string& advice() const { return advice_; }

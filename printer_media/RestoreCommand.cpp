@@ -7,6 +7,7 @@
 #include "printer_media/Catalogue.h"
 #include "printer_media/Changes.h"
 #include "printer_media/Commands.h"
+#include "printer_media/Record.h"
 #include "printer_media/SavedRecords.h"
 #include "printer_media/Suggestion.h"
 #include "printer_media/Terminal.h"
@@ -16,7 +17,7 @@ namespace PrinterMedia {
 
 namespace {
 
-enum class Result { kUnchanged, kWritten, kFailed, kNotTried };
+enum class Result { kUnchanged, kWritten, kFailed, kInterrupted, kNotTried };
 
 const char* ResultText(Result result) {
   switch (result) {
@@ -26,6 +27,8 @@ const char* ResultText(Result result) {
       return "written";
     case Result::kFailed:
       return "failed";
+    case Result::kInterrupted:
+      return "interrupted";
     default:
       return "not tried";
   }
@@ -121,6 +124,9 @@ class Restoration {
 
   const std::vector<Outcome>& outcomes() const { return outcomes_; }
 
+  // Of the command, unless all is as the file has it.
+  Exit status() const { return status_; }
+
  private:
   int Count() const { return static_cast<int>(saved_.records.size()); }
 
@@ -151,12 +157,14 @@ class Restoration {
     return Listed({texts.begin(), texts.end()});
   }
 
-  void WriteLayouts(int number, const Record& record) {
+  // Tells in is_begun when the printer may hold a part of the record.
+  void WriteLayouts(int number, const Record& record, bool& is_begun) {
     for (const int version : WritingOrder(record)) {
       const Layout& layout = LayoutOf(*printer_.family, version);
       const Settings current = host_.Read(printer_, number, version);
       const Settings wanted = Sendable(layout, record.at(version));
       if (Changes(layout, current, wanted).IsNone()) continue;
+      is_begun = true;
       WriteRecord(host_, printer_, number, layout, current, wanted);
     }
   }
@@ -164,15 +172,21 @@ class Restoration {
   // False when there is no point in going on.
   bool Write(Outcome& outcome) {
     const Record& record = saved_.records.at(outcome.number);
+    bool is_begun = false;
     outcome.result = Result::kFailed;
     try {
-      WriteLayouts(outcome.number, record);
+      WriteLayouts(outcome.number, record, is_begun);
       outcome.why = DifferencesText(Current(outcome.number, record), record);
       if (outcome.why.empty()) outcome.result = Result::kWritten;
       return true;
     } catch (const Failure& failure) {
       outcome.why = failure.message();
-      return failure.status() == Exit::kRefused && IsAnswering(outcome.number);
+      status_ = failure.status();
+      return status_ == Exit::kRefused && IsAnswering(outcome.number);
+    } catch (Interrupted& interruption) {
+      outcome.result = is_begun ? Result::kInterrupted : Result::kNotTried;
+      if (is_begun) interruption.half_written = RecordTitle(printer_, outcome.number, outcome.name);
+      throw;
     }
   }
 
@@ -190,6 +204,7 @@ class Restoration {
   const SavedRecords& saved_;
   std::vector<Outcome> outcomes_;
   std::vector<TableRow> questions_;
+  Exit status_ = Exit::kRefused;
 };
 
 void PrintOutcomes(const std::vector<Outcome>& outcomes, bool is_json) {
@@ -214,15 +229,16 @@ void PrintOutcomes(const std::vector<Outcome>& outcomes, bool is_json) {
   std::cout << Table(rows);
 }
 
-Exit Finish(const std::vector<Outcome>& outcomes, const Options& options) {
+Exit Finish(const Restoration& restoration, const Options& options) {
+  const std::vector<Outcome>& outcomes = restoration.outcomes();
   PrintOutcomes(outcomes, options.is_json);
   const bool is_done = std::all_of(outcomes.begin(), outcomes.end(), [](const Outcome& outcome) {
     return outcome.result == Result::kUnchanged || outcome.result == Result::kWritten;
   });
   if (is_done) return Exit::kDone;
-  std::cerr << "printer-media: not all records are restored; restore again when the reason is "
-               "mended\n";
-  return Exit::kRefused;
+  std::cerr << "printer-media: not all records are restored, and one that failed may be written in "
+               "part; restore again when the reason is mended\n";
+  return restoration.status();
 }
 
 }  // namespace
@@ -243,7 +259,7 @@ Exit RestoreRecords(Host& host, const Options& options) {
       throw;
     }
   }
-  return Finish(restoration.outcomes(), options);
+  return Finish(restoration, options);
 }
 
 }  // namespace PrinterMedia

@@ -73,9 +73,22 @@ std::string NameIn(const Settings& settings) {
 int ResetRecord(Host& host, const Printer& printer, const Options& options) {
   const int number = RecordNumber(host, printer, options.record);
   const std::string title = RecordTitle(printer, number, NameIn(host.Read(printer, number, 0)));
+// What a printer tells behind a reset that it took. Failure and Interrupted say that it did.
+template <typename Call>
+auto ReadBack(const std::string& what, const Call& call) {
+  try {
+    return call();
+  } catch (const Failure& failure) {
+    throw failure.Behind("the printer took the reset of " + what + ", and did not confirm it");
+  } catch (Interrupted& interruption) {
+    interruption.half_written = what;
+    throw;
+  }
+}
+
   Confirm("Reset " + title + " to factory state?", options.is_agreed);
   host.Initialise(printer, number);
-  const Settings now = host.Read(printer, number, 0);
+  const Settings now = ReadBack(title, [&] { return host.Read(printer, number, 0); });
   const auto flag = now.find("RegistrationFlag");
   if (flag != now.end() && flag->second != Value(0)) {
     throw Failure(Exit::kRefused, title + " is still registered: the printer did not reset it");
@@ -84,10 +97,11 @@ int ResetRecord(Host& host, const Printer& printer, const Options& options) {
 }
 
 void ResetAll(Host& host, const Printer& printer, const Options& options) {
-  Confirm("Reset all records of " + Quoted(printer.name) + " to factory state?", options.is_agreed);
+  const std::string title = "all records of " + Quoted(printer.name);
+  Confirm("Reset " + title + " to factory state?", options.is_agreed);
   host.Initialise(printer, std::nullopt);
   std::vector<std::string> left;
-  for (const RecordName& record : host.Names(printer)) {
+  for (const RecordName& record : ReadBack(title, [&] { return ReadNames(host, printer); })) {
     if (record.is_registered) left.push_back(std::to_string(record.number));
   }
   if (left.empty()) return;

@@ -28,6 +28,14 @@ ANSWERS = [
     ('{"GetStatusReply":0,"Reply":{"SerialNumber":"\xe9\x01\\"}"}}', 0, []),
 ]
 
+# A record, and answers to what reads, writes and resets it; the last reading does not come.
+READ = json.dumps({"GetCustomMediaInfo": 0, "Reply": {
+    "DeviceID": 55, "CustomMediaNo": 3, "CommandVersion": 0, "MediaSuction": 4}})
+WRITTEN = {"SetCustomMediaInfo": '{"SetCustomMediaInfo":0}'}
+UNCONFIRMED = {"GetCustomMediaInfo": [READ, "hang"],
+               "SetCustomMediaInfo": '{"SetCustomMediaInfo":-6}'}
+RESET = {"GetCustomMediaInfo": [READ, "hang"], "SetMediaInitialize": '{"SetMediaInitialize":0}'}
+
 
 def document(name):
     with open(os.path.join(SOURCES, "docs", name), encoding="utf-8") as file:
@@ -39,6 +47,15 @@ class Worker(unittest.TestCase):
         fake = Fake(answers)
         self.addCleanup(fake.close)
         return fake
+
+    def file(self):
+        """Of records to restore: record 3 alone, with another value than READ has."""
+        path = self.fake({}).path("records.json")
+        with open(path, "w") as file:
+            json.dump({"format": "printer-media records", "version": 1, "printer": "Studio",
+                       "device": "QM-R410 Series",
+                       "records": [{"record": 3, "layouts": {"0": {"MediaSuction": 5}}}]}, file)
+        return path
 
     def test_answers(self):
         for answer, expected, texts in ANSWERS:
@@ -64,23 +81,6 @@ class Worker(unittest.TestCase):
         self.assertEqual((status, output), (0, ""))
         self.assertIn("No printers", errors)
 
-    def test_silence_ends(self):
-        for how in ("hang", "stubborn"):
-            fake = self.fake({"GetPrinterList": STUDIO, "GetStatusReply": how})
-            status, _, errors = fake.run(*STATUS, "--answer-time", "0.001")
-            self.assertEqual(status, 3)
-            self.assertIn("did not answer GetStatusReply in 5 seconds", errors)
-            self.assertTrue(fake.worker_is_gone())
-
-    def test_interruption(self):
-        record = {"DeviceID": 55, "CustomMediaNo": 3, "CommandVersion": 0, "MediaSuction": 4}
-        read = json.dumps({"GetCustomMediaInfo": 0, "Reply": record})
-        fake = self.fake({"GetPrinterList": STUDIO, "GetCustomMediaInfo": read,
-                          "GetStatusReply": "hang", "SetCustomMediaInfo": "stubborn"})
-        write = ["set", STATUS[1], "3", "MediaSuction=5", "-y"]
-        for words, sent, told in ((STATUS, signal.SIGTERM, "interrupted\n"),
-                                  (write, signal.SIGINT, "record 3 of \"QM-R410 Series\" may be")):
-            process = fake.start(*words)
     def test_columns_of_wide_names(self):
         names = ["大型打印机", "Bu\u0308ro", "Proof"]  # an umlaut of two characters
         raw = json.dumps({"GetPrinterList": 0, "Reply": [
@@ -93,12 +93,61 @@ class Worker(unittest.TestCase):
             self.assertEqual([row[:row.index("QM")] for row in rows[1:]],
                              ["大型打印机  ", "Bu\u0308ro        ", "Proof       "])
 
-            fake.wait_for_worker()
-            process.send_signal(sent)
-            _, errors = process.communicate(timeout=10)
-            self.assertEqual(process.returncode, -sent)
-            self.assertIn(told, errors.decode())
+    def test_silence_ends(self):
+        for how in ("hang", "stubborn"):
+            fake = self.fake({"GetPrinterList": STUDIO, "GetStatusReply": how})
+            status, _, errors = fake.run(*STATUS, "--answer-time", "0.001")
+            self.assertEqual(status, 3)
+            self.assertIn("did not answer GetStatusReply in 5 seconds", errors)
             self.assertTrue(fake.worker_is_gone())
+
+    def test_interruption(self):
+        in_part = "record 3 of \"QM-R410 Series\" may be written in part"
+        write = ["set", STATUS[1], "3", "MediaSuction=5", "-y"]
+        restore = ["restore", STATUS[1], self.file(), "-y", "--json"]
+        hangs = {"GetCustomMediaInfo": READ, "GetStatusReply": "hang",
+                 "SetCustomMediaInfo": "stubborn"}
+        cases = [
+            (STATUS, hangs, signal.SIGTERM, "interrupted\n", None),
+            (write, hangs, signal.SIGINT, in_part, None),
+            (write, UNCONFIRMED, signal.SIGINT, in_part, None),
+            (["init", STATUS[1], "3", "-y"], RESET, signal.SIGINT, in_part, None),
+            (restore, hangs, signal.SIGINT, in_part, "interrupted"),
+            (restore, {**WRITTEN, "GetCustomMediaInfo": [READ, READ, "hang"]}, signal.SIGINT,
+             in_part, "interrupted"),
+            (restore, {**WRITTEN, "GetCustomMediaInfo": [READ, "hang"]}, signal.SIGINT,
+             "interrupted\n", "not tried"),
+        ]
+        for words, answers, sent, told, result in cases:
+            with self.subTest(words=words, told=told):
+                fake = self.fake({"GetPrinterList": STUDIO, **answers})
+                process = fake.start(*words)
+                fake.wait_for_worker()
+                process.send_signal(sent)
+                output, errors = process.communicate(timeout=10)
+                self.assertEqual(process.returncode, -sent)
+                self.assertIn(told, errors.decode())
+                self.assertTrue(fake.worker_is_gone())
+                results = [row["result"] for row in json.loads(output)] if result else output
+                self.assertEqual(results, [result] if result else b"")
+
+    def test_what_was_sent_is_told_when_reading_back_fails(self):
+        lost = '{"GetCustomMediaInfo":-6}'
+        cases = [
+            (["set", STATUS[1], "3", "MediaSuction=5", "-y"], UNCONFIRMED, 1,
+             "reading back did not confirm the write (result code -6)"),
+            (["init", STATUS[1], "3", "-y"], RESET, 1,
+             "took the reset of record 3 of \"QM-R410 Series\", and did not confirm it"),
+            (["restore", STATUS[1], self.file(), "-y"],
+             {**WRITTEN, "SetCustomMediaInfo": "die", "GetCustomMediaInfo": READ}, 3,
+             "one that failed may be written in part"),
+        ]
+        for words, answers, expected, told in cases:
+            with self.subTest(words):
+                answers = json.loads(json.dumps(answers).replace('"hang"', json.dumps(lost)))
+                status, _, errors = self.fake({"GetPrinterList": STUDIO, **answers}).run(*words)
+                self.assertEqual(status, expected, errors)
+                self.assertIn(told, errors)
 
     def test_closed_standard_streams(self):
         fake = self.fake({"GetPrinterList": STUDIO})

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Answers requests as FAKE_ANSWERS says: by command the text of the answer, or what happens instead
-("die", "kill", "hang", "stubborn"). An answer behind "say:", lines and a NUL comes after the lines
-on standard error."""
+("die", "kill", "hang", "stubborn"); of several, one after another. An answer behind "say:", lines
+and a NUL comes after the lines on standard error."""
 
 import json
 import os
@@ -40,4 +40,7 @@ def act(answer):
 
 for line in sys.stdin.buffer:
     command = json.loads(urllib.parse.unquote_to_bytes(line), strict=False)["Command"]
-    act(answers[command])
+    answer = answers[command]
+    if isinstance(answer, list):
+        answer = answer.pop(0) if len(answer) > 1 else answer[0]
+    act(answer)
