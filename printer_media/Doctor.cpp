@@ -73,8 +73,11 @@ class Diagnosis {
   void Run() {
     const fs::path worker = WorkerPath();
     if (!CheckWorker(worker)) return;
-    CheckFiles(worker.parent_path());
-    if (!CheckList(worker.parent_path())) return;
+    std::error_code failure;
+    // A worker that is started by a link looks beside itself, not beside the link.
+    const fs::path folder = fs::canonical(worker, failure).parent_path();
+    CheckFiles(folder);
+    if (!CheckList(folder)) return;
     Progress progress("asking printers");
     int done = 0;
     for (const Printer& printer : host_.Printers()) {

@@ -197,10 +197,17 @@ class Records(unittest.TestCase):
             self.assertEqual(self.run_words("save", "Proof", target, "-y")[0], 4)
 
     def test_doctor(self):
-        rows = self.json("doctor")
-        self.assertEqual({row["grade"] for row in rows}, {"ok"})
-        self.assertEqual([row["about"] for row in rows], ["worker", "list"] +
-                         [printer[0] for printer in PRINTERS])
+        environment = self.companion.environment
+        worker = environment["PRINTER_NATIVE_PROCESS"]
+        os.makedirs(self.companion.path("links"))
+        link = self.companion.path("links/worker")
+        os.symlink(worker, link)
+        for path in (link, worker):
+            environment["PRINTER_NATIVE_PROCESS"] = path
+            rows = self.json("doctor")
+            self.assertEqual({row["grade"] for row in rows}, {"ok"})
+            self.assertEqual([row["about"] for row in rows], ["worker", "list"] +
+                             [printer[0] for printer in PRINTERS])
         companion = Companion([("Silent", "QM-R410 Series", ["--fault", "drop=100000"],
                                 "&timeout=50&retries=0"),
                                ("Naysayer", "QM-R410 Series", ["--fault", "na"])],
