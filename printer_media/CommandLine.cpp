@@ -45,13 +45,24 @@ constexpr char kFooter[] =
     "Exit status: 0 done, 1 refused or not answered, 2 wrong usage, 3 no worker, 4 a file,\n"
     "5 differences, 6 not confirmed.\n";
 
-// Checks that the value of an option is a number from first to last.
-CLI::Validator Between(double first, double last, const std::string& range) {
+constexpr char kCommandFooter[] =
+    "\n--json and --answer-time go with all commands: printer-media --help says what they do.\n";
+
+// Checks that the value of an option is a number of the type from first to last.
+template <typename Number>
+CLI::Validator Between(Number first, Number last, const std::string& range) {
   const auto check = [=](std::string& text) {
-    double number = 0;
+    Number number = 0;
     const bool is_number = CLI::detail::lexical_cast(text, number);
     const bool is_fit = is_number && number >= first && number <= last;
     return is_fit ? std::string() : Quoted(text) + " is no number from " + range;
+  };
+  return {check, ""};
+}
+
+CLI::Validator NotEmpty() {
+  const auto check = [](const std::string& text) {
+    return text.empty() ? std::string("the name is empty") : std::string();
   };
   return {check, ""};
 }
@@ -85,7 +96,8 @@ class Commands {
     set->footer(
         "\nThe record is read first, and what would change is shown. Settings that are not\n"
         "given stay as they are. Names and values are checked before anything is sent.\n"
-        "Example: printer-media set Studio 3 PlatenGap=2.5 MediaTension=-5\n");
+        "Example: printer-media set Studio 3 PlatenGap=2.5 MediaTension=-5\n" +
+        std::string(kCommandFooter));
     CLI::App* const init =
         Add("init", "Reset a record, or all, to factory state", InitialiseRecords);
     AddPrinter(init);
@@ -107,7 +119,8 @@ class Commands {
     restore->footer(
         "\nThe file is checked whole, and compared with the printer, before anything is\n"
         "written. Records that are the same already, and those that the file does not\n"
-        "hold, stay as they are. What is written is read back.\n");
+        "hold, stay as they are. What is written is read back.\n" +
+        std::string(kCommandFooter));
     CLI::App* const compare = Add("compare",
                                   "Show in which records two printers, or a printer and a "
                                   "saved file, differ",
@@ -117,7 +130,8 @@ class Commands {
     compare->add_option("PRINTER|FILE", options_.second, "What it is compared with")->required();
     compare->footer(
         "\nWhat holds a slash or ends in .json is a file. Exit status: 0 when they are the\n"
-        "same, 5 when they differ.\n");
+        "same, 5 when they differ.\n" +
+        std::string(kCommandFooter));
     Add("doctor", "Check the worker, its files and every printer, and say what to mend", Diagnose);
   }
 
@@ -128,6 +142,7 @@ class Commands {
     CLI::App* const added = app_.add_subcommand(name, about);
     added->fallthrough();
     added->group("Commands");
+    added->footer(kCommandFooter);
     added->callback([this, command] { chosen_ = command; });
     return added;
   }
@@ -142,7 +157,9 @@ class Commands {
   }
 
   void AddFile(CLI::App* command) {
-    command->add_option("FILE", options_.file, "The file with the records")->required();
+    command->add_option("FILE", options_.file, "The file with the records")
+        ->required()
+        ->check(NotEmpty());
   }
 
   void AddLayout(CLI::App* command) {
@@ -170,7 +187,7 @@ void AddGlobal(CLI::App& app, Options& options) {
                  "How long printers may take for an answer, from 0.001 to 100000: timeout x "
                  "(1 + retries) of their device URIs, 4 unless these say otherwise")
       ->type_name("SECONDS")
-      ->check(Between(0.001, 100000, "0.001 to 100000"));
+      ->check(Between(0.001, 100000.0, "0.001 to 100000"));
   app.require_subcommand(1, 1);
   for (const char* const label : {"REQUIRED", "TEXT", "INT", "FLOAT", "OPTIONS"}) {
     app.get_formatter()->label(label, std::strcmp(label, "OPTIONS") == 0 ? "OPTION..." : "");
@@ -246,7 +263,11 @@ Failure UsageFailure(const CLI::App& app, const CLI::ParseError& error) {
                      : "no command is given",
             "The commands are " + Listed(names) + "; " + help};
   }
-  if (words.empty()) return {Exit::kUsage, error.what(), help};
+  const std::string what = error.what();
+  if (error.get_name() == "ArgumentMismatch") {
+    return {Exit::kUsage, what.substr(0, what.find(':')) + " goes with one value", help};
+  }
+  if (words.empty()) return {Exit::kUsage, what, help};
   return {Exit::kUsage, "not expected: " + CLI::detail::join(words, " "), help};
 }
 

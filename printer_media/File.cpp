@@ -76,6 +76,13 @@ class NewFile {
   Descriptor file_;
 };
 
+// Of what a symbolic link names, which stays one.
+std::string RealPath(const std::string& path) {
+  std::error_code failure;
+  const fs::path real = fs::canonical(path, failure);
+  return failure ? path : real.string();
+}
+
 }  // namespace
 
 std::string ReadFile(const std::string& path) {
@@ -100,18 +107,17 @@ std::string ReadFile(const std::string& path) {
 void RequireReplaceable(const std::string& path, bool is_agreed) {
   std::error_code failure;
   const fs::file_status status = fs::status(path, failure);
-  if (!fs::exists(status)) return;
-  if (!fs::is_regular_file(status)) {
+  const bool is_there = fs::exists(status);
+  if (is_there && !fs::is_regular_file(status)) {
     throw Failure(Exit::kFile, path + ": this is no regular file");
   }
-  Confirm("Replace the file " + path + "?", is_agreed);
+  const fs::path folder = fs::absolute(RealPath(path), failure).parent_path();
+  if (access(folder.c_str(), W_OK | X_OK) != 0) Fail(path, "not written", errno);
+  if (is_there) Confirm("Replace the file " + path + "?", is_agreed);
 }
 
 void ReplaceFile(const std::string& path, const std::string& text) {
-  std::error_code failure;
-  // A symbolic link stays one.
-  const fs::path real = fs::canonical(path, failure);
-  NewFile file(failure ? path : real.string());
+  NewFile file(RealPath(path));
   file.Write(text);
   file.TakePlace();
 }

@@ -16,8 +16,12 @@ namespace {
 
 using nlohmann::ordered_json;
 
-Settings ParseAssignments(const Family& family, const Layout& layout,
-                          const std::vector<std::string>& assignments) {
+Settings ParseAssignments(const Family& family, const Layout& layout, const Options& options) {
+  const std::vector<std::string>& assignments = options.assignments;
+  if (assignments.empty() && options.record.find('=') != std::string::npos) {
+    throw Failure(Exit::kUsage,
+                  "RECORD is required: " + Quoted(options.record) + " is in its place");
+  }
   if (assignments.empty()) {
     throw Failure(Exit::kUsage, "nothing to set: give NAME=VALUE",
                   "The settings in layout " + std::to_string(layout.version) + " are\n" +
@@ -69,10 +73,6 @@ std::string NameIn(const Settings& settings) {
   return name != settings.end() ? ValueText(name->second) : "";
 }
 
-// Answers the record's number.
-int ResetRecord(Host& host, const Printer& printer, const Options& options) {
-  const int number = RecordNumber(host, printer, options.record);
-  const std::string title = RecordTitle(printer, number, NameIn(host.Read(printer, number, 0)));
 // What a printer tells behind a reset that it took. Failure and Interrupted say that it did.
 template <typename Call>
 auto ReadBack(const std::string& what, const Call& call) {
@@ -86,6 +86,10 @@ auto ReadBack(const std::string& what, const Call& call) {
   }
 }
 
+// Answers the record's number.
+int ResetRecord(Host& host, const Printer& printer, const Options& options) {
+  const int number = RecordNumber(host, printer, options.record);
+  const std::string title = RecordTitle(printer, number, NameIn(host.Read(printer, number, 0)));
   Confirm("Reset " + title + " to factory state?", options.is_agreed);
   host.Initialise(printer, number);
   const Settings now = ReadBack(title, [&] { return host.Read(printer, number, 0); });
@@ -115,7 +119,7 @@ void ResetAll(Host& host, const Printer& printer, const Options& options) {
 Exit SetRecord(Host& host, const Options& options) {
   const Printer& printer = host.Find(options.printer);
   const Layout& layout = LayoutOf(*printer.family, options.layout);
-  const Settings given = ParseAssignments(*printer.family, layout, options.assignments);
+  const Settings given = ParseAssignments(*printer.family, layout, options);
   RequireConsent(options.is_agreed);
   const int number = RecordNumber(host, printer, options.record);
   const Settings current = host.Read(printer, number, layout.version);
