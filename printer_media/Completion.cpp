@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "printer_media/Catalogue.h"
@@ -33,6 +34,7 @@ constexpr Row kRows[] = {
 };
 
 constexpr char kOptions[] = " --json --answer-time --help";
+constexpr std::string_view kLayoutIs = "--layout=";
 
 bool Begins(const std::string& text, const std::string& begin) {
   return text.size() >= begin.size() && SameButCase(text.substr(0, begin.size()), begin);
@@ -58,6 +60,7 @@ struct Line {
       return true;
     }
     if (word == "--layout" || word == "--answer-time") option = word;
+    if (word.rfind(kLayoutIs, 0) == 0) layout = word.substr(kLayoutIs.size());
     is_rest = word == "--";
     return !word.empty() && word[0] == '-';
   }
@@ -93,7 +96,9 @@ class Completer {
   static std::vector<std::string> Words(const std::string& text) { return ShellWords(text); }
 
   std::vector<std::string> Commands() const {
-    if (!line_.current.empty() && line_.current[0] == '-') return {"--help", "--version"};
+    if (!line_.current.empty() && line_.current[0] == '-') {
+      return Words("--version" + std::string(kOptions));
+    }
     std::vector<std::string> names;
     for (const Row& row : kRows) names.emplace_back(row.command);
     return names;
