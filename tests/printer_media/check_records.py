@@ -151,6 +151,31 @@ class Records(unittest.TestCase):
         self.assertEqual(json.loads(output)["only_first"], [3, 7])
         self.assertIn("compared is what both have", errors)
 
+    def test_json_has_the_members_of_the_document(self):
+        def members(value):
+            """The names of the object's members, and of those of the objects in it."""
+            parts = value if isinstance(value, list) else []
+            if isinstance(value, dict):
+                parts = [part for part in value.values() if isinstance(part, list)]
+            names = set(value) if isinstance(value, dict) else set()
+            return names.union(*map(members, parts))
+
+        with open(os.path.join(SOURCES, "docs", "printer-media.md"), encoding="utf-8") as file:
+            rows = re.findall(r"^\| `(\w+)` \| an (?:array|object): (.*) \|$", file.read(), re.M)
+        changed = self.write(edited(self.saved, PlatenGap="2.0"))
+        words = {
+            "list": [], "status": ["Proof"], "firmware": ["Proof"], "names": ["Studio"],
+            "get": ["Studio", "3"], "set": ["Slow", "9", "-y", "MediaSuction=9"],
+            "init": ["Slow", "9", "-y"], "save": ["Proof", self.companion.path("p.json")],
+            "restore": ["Forgetful", self.file, "-y"], "compare": ["Studio", changed],
+            "doctor": [],
+        }
+        self.assertEqual([command for command, _ in rows], list(words))
+        for command, told in rows:
+            output = self.run_words(command, *words[command], "--json")[1]
+            self.assertEqual(members(json.loads(output)) | ({"advice"} & set(told.split("`"))),
+                             set(re.findall(r"`(\w+)`", told)), command)
+
     def test_a_printer_that_goes_away_leaves_no_part_of_a_file(self):
         path = self.companion.path("part.json")
         companion = Companion([("Lost", "QM-R410 Series", ["--fault", "delay=100"],
