@@ -37,6 +37,7 @@ file(GLOB pages ${usr}/share/man/man*/*)
 run(ignored gzip -9n ${doc}/changelog ${doc}/changelog.Debian ${pages})
 file(GLOB_RECURSE plain LIST_DIRECTORIES false ${doc}/* ${usr}/share/lintian/* ${root}/etc/*)
 run(ignored chmod 644 ${plain})
+run(ignored find ${root} -type d -exec chmod 755 {} +)  # whatever the umask is
 
 # Dependencies. A search loads its module, and with it the printing system's or net-snmp's library,
 # only where it is switched on; without these libraries everything else works.
