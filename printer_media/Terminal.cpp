@@ -1,6 +1,7 @@
 #include "printer_media/Terminal.h"
 
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -87,6 +88,7 @@ void RequireConsent(bool is_agreed) {
 void Confirm(const std::string& question, bool is_agreed) {
   if (is_agreed) return;
   RequireConsent(is_agreed);
+  tcflush(STDIN_FILENO, TCIFLUSH);  // what was typed before the question is no answer to it
   const bool is_long = question.find('\n') != std::string::npos;
   std::cerr << Printable(question) << (is_long ? "\n" : " ") << "[y/N] " << std::flush;
   const std::string answer = ReadLine();

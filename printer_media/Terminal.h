@@ -18,8 +18,8 @@ std::string Table(const std::vector<TableRow>& rows);
 // Throws Failure unless the change is agreed to beforehand or somebody can be asked.
 void RequireConsent(bool is_agreed);
 
-// Asks on standard error, for an answer from standard input, unless it is agreed to. Throws Failure
-// if the answer is not yes, and Interrupted.
+// Asks on standard error, for an answer from standard input that is typed then, unless it is agreed
+// to. Throws Failure if the answer is not yes, and Interrupted.
 void Confirm(const std::string& question, bool is_agreed);
 
 // A bar on standard error, when that is a terminal; it goes when the work is over.

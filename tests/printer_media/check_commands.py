@@ -195,8 +195,9 @@ class Commands(unittest.TestCase):
 
     def test_changes_are_asked_for_on_a_terminal(self):
         words = ["set", "STUDIO 2", "3", "MediaSuction=8"]
-        for typed, expected, kept in (("\n", 6, 4), ("no\n", 6, 4), ("Y\n", 0, 8)):
-            status, shown = self.companion.on_terminal(*words, typed=typed)
+        for ahead, typed, expected, kept in (("", "\n", 6, 4), ("", "no\n", 6, 4),
+                                             ("y\n", "\n", 6, 4), ("", "Y\n", 0, 8)):
+            status, shown = self.companion.on_terminal(*words, typed=typed, ahead=ahead)
             self.assertEqual(status, expected, shown)
             self.assertRegex(shown, r"MediaSuction +4 +8\s+\[y/N\]")
             self.assertEqual(self.settings("STUDIO 2", "3")["MediaSuction"], kept)

@@ -74,12 +74,14 @@ class Companion:
         assert status == 0, (words, status, output, errors)
         return json.loads(output)
 
-    def on_terminal(self, *words, typed=None, columns=80):
-        """Exit status and what a terminal shows, with typed as the answer to the question."""
+    def on_terminal(self, *words, typed=None, ahead="", columns=80):
+        """Exit status and what a terminal shows, with typed as the answer to the question, and what
+        is typed ahead of it."""
         pid, terminal = pty.fork()
         if pid == 0:
             fcntl.ioctl(0, termios.TIOCSWINSZ, struct.pack("4H", 24, columns, 0, 0))
             os.execve(PROGRAM, [PROGRAM, *words], self.environment)
+        os.write(terminal, ahead.encode())
         shown, end = b"", time.monotonic() + TIME_LIMIT_S
         while time.monotonic() < end:
             try:
