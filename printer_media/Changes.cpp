@@ -30,8 +30,8 @@ constexpr int kNotConfirmed = -6;
   throw Failure::OfCode(kNotConfirmed,
                         "the printer took the write, but did not keep it: " + Listed(differences) +
                             " (result code -6)",
-                        "It may not allow these values for this record or medium. What it did "
-                        "keep is changed: read the record to see.");
+                        "It may not allow these values for this record or medium, or somebody else "
+                        "wrote them too. What it did keep is changed: read the record to see.");
 }
 
 }  // namespace
