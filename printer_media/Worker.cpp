@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <iostream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -108,6 +109,16 @@ void WriteSome(int descriptor, std::string& text) {
   }
 }
 
+// Whether a line begins as those of a trace: with its time in UTC, and the program.
+bool IsOfTrace(const std::string& line) {
+  constexpr std::string_view kTime = "0000-00-00T00:00:00.000000Z ";
+  const auto is_like = [](char form, char c) {
+    return form == '0' ? c >= '0' && c <= '9' : form == c;
+  };
+  return line.size() > kTime.size() &&
+         std::equal(kTime.begin(), kTime.end(), line.begin(), is_like);
+}
+
 std::string LastLines(const std::string& text) {
   constexpr std::size_t kMost = 1000;
   return text.size() <= kMost ? text : "..." + text.substr(text.size() - kMost);
@@ -186,7 +197,27 @@ void Worker::Transfer(std::string& request, std::string& answer, Clock::time_poi
 }
 
 void Worker::ReadErrors() {
-  if (error_output_ >= 0 && !ReadSome(error_output_, errors_)) Close(error_output_);
+  while (error_output_ >= 0) {
+    const std::size_t before = unsorted_.size();
+    if (!ReadSome(error_output_, unsorted_)) Close(error_output_);
+    if (unsorted_.size() == before) return;
+    SortErrors();
+  }
+}
+
+// The lines of a trace are for whoever asked for it; all else is what the worker complains of.
+void Worker::SortErrors() {
+  std::size_t begin = 0;
+  for (std::size_t end = 0; (end = unsorted_.find('\n', begin)) != std::string::npos;) {
+    const std::string line = unsorted_.substr(begin, end + 1 - begin);
+    if (IsOfTrace(line)) {
+      std::cerr << line;
+    } else {
+      errors_ += line;
+    }
+    begin = end + 1;
+  }
+  unsorted_.erase(0, begin);
   if (errors_.size() > kLongestErrors) errors_.erase(0, errors_.size() - kLongestErrors);
 }
 
@@ -221,6 +252,7 @@ void Worker::ThrowEnded(const std::string& command) {
   Close(input_);
   if (!HasEnded(std::chrono::milliseconds(500))) Stop();
   ReadErrors();
+  errors_ += unsorted_;
   const std::string how = WIFSIGNALED(status_)
                               ? "by signal " + std::to_string(WTERMSIG(status_)) + " (" +
                                     strsignal(WTERMSIG(status_)) + ")"

@@ -36,12 +36,14 @@ class Worker {
   // Interrupted.
   Answer Ask(const nlohmann::json& request, std::chrono::milliseconds limit);
 
-  // What the worker has written to standard error so far.
+  // What the worker has written to standard error so far, but for the lines of a trace, which go to
+  // this program's own.
   const std::string& errors() const { return errors_; }
 
  private:
   void Transfer(std::string& request, std::string& answer, Clock::time_point end);
   void ReadErrors();
+  void SortErrors();
   bool HasEnded(std::chrono::milliseconds limit);
   void Stop();
   [[noreturn]] void ThrowEnded(const std::string& command);
@@ -53,6 +55,7 @@ class Worker {
   int error_output_ = -1;
   int status_ = 0;  // as waitpid gives it
   bool is_output_over_ = false;
+  std::string unsorted_;  // of standard error, without the end of its line
   std::string errors_;
 };
 

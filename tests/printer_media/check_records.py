@@ -247,6 +247,11 @@ class Records(unittest.TestCase):
         self.assertRegex(output, r"note  left out: .*not asked: .*\n +Mend the entry of Addresses")
         self.assertRegex(output, r"bad   Silent: .*no answer.*\n +Is it switched on")
         self.assertRegex(output, r"bad   Naysayer: record 1 .*refused\n +.* another model")
+        # The worker's trace is passed on, and is nothing to complain of.
+        companion.environment["PRINTER_TRACE"] = "-"
+        status, traced, errors = companion.run("doctor")
+        self.assertEqual((status, traced), (1, output))
+        self.assertRegex(errors, r"Z worker\[\d+\] host request - .*\n(.*\n)+.* host result - .*\n$")
         os.remove(companion.path("PrinterNativeProcess"))
         status, output, _ = companion.run("doctor")
         self.assertEqual((status, output.count("\n")), (1, 2))
