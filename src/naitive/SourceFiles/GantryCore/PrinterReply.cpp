@@ -1,6 +1,7 @@
 #include "GantryCore/PrinterReply.h"
 
 #include <cstddef>
+#include <cstring>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -46,12 +47,21 @@ APPLICATION_ERROR CheckBody(std::string_view body, const ReplyInfoVO& info) {
   return ERROR_NONE;
 }
 
+// Takes all of these digits off the end.
+template <std::size_t Size>
+void CutEnds(const char (&digits)[Size], std::string_view& ascii) {
+  constexpr std::size_t kLength = Size - 1;
+  while (ascii.size() >= kLength &&
+         std::memcmp(ascii.data() + ascii.size() - kLength, digits, kLength) == 0) {
+    ascii.remove_suffix(kLength);
+  }
+}
+
 // The characters without the blanks behind them. Names are filled up with spaces, most of which
 // need not be decoded.
 std::string DecodeText(std::string_view ascii) {
-  const char* end = ascii.data() + ascii.size();
-  while (end - ascii.data() >= 2 && end[-2] == '2' && end[-1] == '0') end -= 2;
-  ascii.remove_suffix(static_cast<std::size_t>(ascii.data() + ascii.size() - end));
+  CutEnds("20202020", ascii);
+  CutEnds("20", ascii);
   std::string text = CDataConverter::Ascii2String(ascii);
   StringUtil::DeleteTailSpace(text);
   return text;
