@@ -17,7 +17,8 @@ def samples(setting, command):
         number, *figures = row.split()
         if number != "#":
             columns.setdefault(int(number), []).append(tuple(map(int, figures)))
-    return {number: [Samples(column) for column in zip(*rows)] for number, rows in columns.items()}
+    return {number: [Samples(column) for column in zip(*rows)]
+            for number, rows in sorted(columns.items())}
 
 
 def starts(setting, rounds, report):

@@ -3,7 +3,8 @@
 //     time_starts ROUNDS INPUT -- PROGRAM [ARGUMENT]... [-- PROGRAM [ARGUMENT]...]...
 //
 // Each round starts every program once, with the file INPUT as its standard input, reads what it
-// writes and waits for its end. Prints one line a run: number of the program, time in nanoseconds,
+// writes and waits for its end; in an order of its own, since a program finds the caches as the one
+// before has left them. Prints one line a run: number of the program, time in nanoseconds,
 // processor time in microseconds, peak memory in KiB, page faults that took no input. A program
 // that fails, or does not write the same each time, ends the measuring.
 #include <fcntl.h>
@@ -11,8 +12,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <numeric>
+#include <random>
 
 #include "Child.h"
 
@@ -63,7 +67,11 @@ int main(int count, char** arguments) {
   const long rounds = std::strtol(arguments[1], nullptr, 10);
   std::vector<Contender> contenders;
   for (char** command : Bench::Commands(arguments)) contenders.push_back({command, {}});
+  std::vector<std::size_t> order(contenders.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::minstd_rand random;  // NOLINT(cert-msc51-cpp): the same orders in every run
   for (long round = 0; round < rounds; ++round) {
-    for (std::size_t i = 0; i < contenders.size(); ++i) Run(contenders[i], i, arguments[2]);
+    std::shuffle(order.begin(), order.end(), random);
+    for (const std::size_t i : order) Run(contenders[i], i, arguments[2]);
   }
 }
