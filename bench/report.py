@@ -38,11 +38,11 @@ class Report:
 
     def write_into(self, path):
         """Puts every table into its place in the document at path: between <!-- NAME --> and
-        <!-- end -->. A place without a new table keeps the old one."""
+        <!-- end -->. Every place must have one: tables of two runs do not belong together."""
         places = r"(<!-- ([\w-]+) -->\n).*?(<!-- end -->)"
         document = path.read_text(encoding="utf-8")
         path.write_text(re.sub(places, self._fill, document, flags=re.DOTALL), encoding="utf-8")
 
     def _fill(self, place):
         begin, name, end = place.groups()
-        return f"{begin}{self.tables[name]}{end}" if name in self.tables else place[0]
+        return f"{begin}{self.tables[name]}{end}"

@@ -12,6 +12,7 @@ import socket
 import subprocess
 import sys
 import tempfile
+import time
 from types import SimpleNamespace
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -142,6 +143,29 @@ class Setting:
         path = self.folder / name
         path.write_bytes(content)
         return str(path)
+
+
+class Load:
+    """What others take, from here on, of the one processor that everything runs on."""
+
+    def __init__(self, processor):
+        self.name = f"cpu{processor} "
+        self.idle, self.begin, self.own = self._idle(), time.monotonic(), self._own()
+
+    def of_others(self):
+        """In per cent, with what the machine's host keeps for itself; of what was started here,
+        everything must have ended."""
+        taken = time.monotonic() - self.begin
+        return 100 * (taken - (self._idle() - self.idle) - (self._own() - self.own)) / taken
+
+    def _idle(self):
+        rows = pathlib.Path("/proc/stat").read_text(encoding="utf-8").splitlines()
+        idle, waiting = next(row for row in rows if row.startswith(self.name)).split()[4:6]
+        return (int(idle) + int(waiting)) / os.sysconf("SC_CLK_TCK")
+
+    @staticmethod
+    def _own():
+        return sum(os.times()[:4])
 
 
 def split(text):
