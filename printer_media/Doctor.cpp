@@ -143,7 +143,12 @@ class Diagnosis {
 
   void CheckPrinter(const Printer& printer) {
     try {
-      const nlohmann::json status = host_.Status(host_.Find(printer.name));
+      if (&host_.Find(printer.name) != &printer) {
+        Add(Grade::kBad, printer.name, "another printer of this name is listed before it",
+            "That one is used in its place: give each a name of its own in the printer list.");
+        return;
+      }
+      const nlohmann::json status = host_.Status(printer);
       const bool is_ready = status.value("StatusCode", nlohmann::json()) == 4;
       // Some answer for their status alone.
       host_.Read(printer, 1, 0);

@@ -51,8 +51,10 @@ std::vector<std::string> Matches(std::string_view word, const std::vector<std::s
   const bool is_exact = std::find(names.begin(), names.end(), word) != names.end();
   if (is_exact) return {std::string(word)};
   std::vector<std::string> found;
-  std::copy_if(names.begin(), names.end(), std::back_inserter(found),
-               [&](const std::string& name) { return SameButCase(word, name); });
+  for (const std::string& name : names) {
+    const bool is_new = std::find(found.begin(), found.end(), name) == found.end();
+    if (is_new && SameButCase(word, name)) found.push_back(name);
+  }
   return found;
 }
 
@@ -63,6 +65,9 @@ std::string DidYouMean(std::string_view word, const std::vector<std::string>& na
   std::copy_if(names.begin(), names.end(), std::back_inserter(near),
                [&](const std::string& name) { return IsNear(lower, Lower(name)); });
   if (near.empty()) return "";
+  std::stable_sort(near.begin(), near.end(), [&](const std::string& one, const std::string& other) {
+    return Distance(lower, Lower(one)) < Distance(lower, Lower(other));
+  });
   if (near.size() > kMost) near.resize(kMost);
   return "; did you mean " + Listed(near, "or") + "?";
 }

@@ -9,10 +9,11 @@
 namespace PrinterMedia {
 
 // The names that equal the word: the one that does so letter for letter, else all that do so but
-// for case.
+// for case, each once.
 std::vector<std::string> Matches(std::string_view word, const std::vector<std::string>& names);
 
-// `; did you mean X or Y?` with names that are little different from the word; empty for none.
+// `; did you mean X or Y?` with names that are little different from the word, the nearest first;
+// empty for none.
 std::string DidYouMean(std::string_view word, const std::vector<std::string>& names);
 
 // "A, B and C".

@@ -76,10 +76,15 @@ class Worker(unittest.TestCase):
         self.assertEqual(fake.json("list")[0]["name"], name)
         status, _, errors = fake.run("get", name, "3")
         self.assertEqual(status, 1)
-        self.assertRegex(errors, "no model that the worker knows; did you mean .*QM-T44 Series?")
+        self.assertRegex(errors, r"no model that the worker knows; did you mean QM-T44 Series\b")
         status, output, errors = self.fake({"GetPrinterList": '{"GetPrinterList":0}'}).run("list")
         self.assertEqual((status, output), (0, ""))
         self.assertIn("No printers", errors)
+        fake = self.fake({"GetPrinterList": listed("QM-V5 Series", "QM-V5 Series"),
+                          "GetStatusReply": '{"GetStatusReply":0}',
+                          "GetCustomMediaInfo": '{"GetCustomMediaInfo":-1}'})
+        self.assertEqual(fake.run("status", "qm-v5 series")[0], 0)
+        self.assertRegex(fake.run("doctor")[1], "another printer of this name is listed before it")
 
     def test_columns_of_wide_names(self):
         names = ["大型打印机", "Bu\u0308ro", "Proof"]  # an umlaut of two characters
