@@ -123,15 +123,25 @@ bool LocalDevice::DropStaleBytes() {
   const Deadline end = Deadline::After(patience_ + uri_.budget());
   Deadline pause = Deadline::After(patience_);
   char dropped[4096];
+  std::string told;  // for the trace, which would hold up the wait
+  bool hasPaused = true;
   while (const std::size_t length = Receive(dropped, sizeof dropped, pause)) {
-    Trace(name(), "recv", {dropped, length}, "nobody reads it");
+    if (IsTraced()) {
+      told.append(dropped, length);
+    }
     if (end.HasPassed()) {
-      return false;
+      hasPaused = false;
+      break;
     }
     pause = NextPause();
   }
-  patience_ = {};
-  return true;
+  if (!told.empty()) {
+    Trace(name(), "recv", told, "nobody reads it");
+  }
+  if (hasPaused) {
+    patience_ = {};
+  }
+  return hasPaused;
 }
 
 std::size_t LocalDevice::TryToSend(std::string_view bytes) {

@@ -120,9 +120,9 @@ std::string_view SnmpClient::Exchange(std::string_view request) {
 }
 
 bool SnmpClient::Try(std::string_view request, const SnmpMessage& asked) {
-  const Deadline deadline = Deadline::After(uri_.timeout);
   std::size_t others = sockets_.size() - 1;
   Send(request);
+  const Deadline deadline = Deadline::After(uri_.timeout);  // a trace may have held up sending
   do {
     for (; sockets_[active_].lastError != 0 && others > 0; --others) {
       TurnToNextAddress();
