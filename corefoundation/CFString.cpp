@@ -15,9 +15,9 @@ namespace CoreFoundation {
 
 namespace {
 
-bool IsPlainASCII(const std::u16string& units) {
-  return std::all_of(units.begin(), units.end(),
-                     [](char16_t unit) { return unit != 0 && unit < 0x80; });
+template <typename Character>
+bool IsPlainASCII(Character character) {
+  return character > 0 && character < 0x80;
 }
 
 // Appends characters to bytes up to the first that cannot be converted; returns the units taken.
@@ -61,27 +61,43 @@ bool ContainsASCII(CFStringEncoding encoding) {
   return encoding != kCFStringEncodingUTF16LE && MaximumUnitSize(encoding) != 0;
 }
 
+// The string of bytes; null when they are not valid in encoding.
+String* MakeString(std::string_view bytes, CFStringEncoding encoding,
+                   Lifetime lifetime = Lifetime::kCounted) {
+  if (ContainsASCII(encoding) &&
+      std::all_of(bytes.begin(), bytes.end(), IsPlainASCII<signed char>)) {
+    return new String(std::string(bytes), lifetime);
+  }
+  auto units = DecodeText(bytes, encoding);
+  return units ? new String(std::move(*units), lifetime) : nullptr;
+}
+
 }  // namespace
 
 String::String(std::u16string units, Lifetime lifetime)
     : Object(Type::kString, lifetime),
-      units_(std::move(units)),
-      is_ascii_(IsPlainASCII(units_)),
-      ascii_(is_ascii_ ? std::string(units_.begin(), units_.end()) : std::string()) {}
+      is_ascii_(std::all_of(units.begin(), units.end(), IsPlainASCII<char16_t>)),
+      ascii_(is_ascii_ ? std::string(units.begin(), units.end()) : std::string()),
+      units_(is_ascii_ ? std::u16string() : std::move(units)) {}
+
+String::String(std::string ascii, Lifetime lifetime)
+    : Object(Type::kString, lifetime), is_ascii_(true), ascii_(std::move(ascii)) {}
 
 bool String::Equals(const Object& other) const {
-  const std::u16string& units = static_cast<const String&>(other).units_;
-  return units_.size() == units.size() &&
-         std::memcmp(units_.data(), units.data(), units.size() * sizeof(char16_t)) == 0;
+  const auto& string = static_cast<const String&>(other);
+  return is_ascii_ == string.is_ascii_ && ascii_ == string.ascii_ && units_ == string.units_;
 }
 
 std::size_t String::Hash() const {
-  return std::hash<std::u16string>()(units_);
+  return is_ascii_ ? std::hash<std::string>()(ascii_) : std::hash<std::u16string>()(units_);
+}
+
+std::u16string String::units() const {
+  return is_ascii_ ? std::u16string(ascii_.begin(), ascii_.end()) : units_;
 }
 
 CFStringRef CreateString(std::string_view utf8) {
-  auto units = DecodeText(utf8, kCFStringEncodingUTF8);
-  return units ? RefTo(new String(std::move(*units))) : nullptr;
+  return RefTo(MakeString(utf8, kCFStringEncodingUTF8));
 }
 
 bool GetUTF8(const String& string, std::string& text) {
@@ -89,7 +105,7 @@ bool GetUTF8(const String& string, std::string& text) {
     text += *string.ascii();
     return true;
   }
-  return EncodePrefix(string.units(), kCFStringEncodingUTF8, text) == string.units().size();
+  return EncodePrefix(string.units(), kCFStringEncodingUTF8, text) == string.size();
 }
 
 }  // namespace CoreFoundation
@@ -104,8 +120,9 @@ CFStringRef __CFStringMakeConstantString(const char* literal) {
   const std::lock_guard<std::mutex> lock(mutex);
   const auto known = strings.find(literal);
   if (known != strings.end()) return RefTo(known->second);
-  auto units = CoreFoundation::DecodeText(literal, kCFStringEncodingUTF8).value_or(u"");
-  const auto* string = new String(std::move(units), CoreFoundation::Lifetime::kConstant);
+  constexpr auto kLifetime = CoreFoundation::Lifetime::kConstant;
+  const String* string = CoreFoundation::MakeString(literal, kCFStringEncodingUTF8, kLifetime);
+  if (string == nullptr) string = new String(std::string(), kLifetime);
   strings.emplace(literal, string);
   return RefTo(string);
 }
@@ -116,18 +133,17 @@ CFTypeID CFStringGetTypeID(void) {
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef /*allocator*/, const char* text,
                                       CFStringEncoding encoding) {
-  auto units = CoreFoundation::DecodeText(text, encoding);
-  return units ? RefTo(new String(std::move(*units))) : nullptr;
+  return RefTo(CoreFoundation::MakeString(text, encoding));
 }
 
 CFIndex CFStringGetLength(CFStringRef string) {
-  return static_cast<CFIndex>(ObjectOf<String>(string).units().size());
+  return static_cast<CFIndex>(ObjectOf<String>(string).size());
 }
 
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding,
                          UInt8 loss_byte, Boolean /*is_external_representation*/, UInt8* buffer,
                          CFIndex capacity, CFIndex* used) {
-  const std::u16string& units = ObjectOf<String>(string).units();
+  const std::u16string units = ObjectOf<String>(string).units();
   const auto length = static_cast<CFIndex>(units.size());
   if (range.location < 0 || range.location > length) return 0;
   if (range.length < 0 || range.length > length - range.location) return 0;
@@ -158,14 +174,13 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size,
                            CFStringEncoding encoding) {
   if (size <= 0) return 0;
   const auto& text = ObjectOf<String>(string);
-  const auto length = static_cast<CFIndex>(text.units().size());
+  const auto length = static_cast<CFIndex>(text.size());
   if (text.ascii() != nullptr && CoreFoundation::ContainsASCII(encoding) && length < size) {
     std::copy_n(text.ascii()->c_str(), length + 1, buffer);
     return 1;
   }
   std::string bytes;
-  const bool whole =
-      CoreFoundation::EncodePrefix(text.units(), encoding, bytes) == text.units().size();
+  const bool whole = CoreFoundation::EncodePrefix(text.units(), encoding, bytes) == text.size();
   const auto room = static_cast<std::size_t>(size - 1);
   if (whole && bytes.size() <= room) {
     bytes.push_back('\0');

@@ -20,10 +20,9 @@ using CoreFoundation::URL;
 CFURLRef CFURLCreateWithFileSystemPath(CFAllocatorRef /*allocator*/, CFStringRef path,
                                        CFURLPathStyle style, Boolean /*is_directory*/) {
   const auto& text = ObjectOf<String>(path);
-  const std::u16string& units = text.units();
-  if (units.empty() || style != kCFURLPOSIXPathStyle) return nullptr;
-  if (units.size() == 1 || units.back() != u'/') return RefTo(new URL(text));
-  const CFRef<CFStringRef> trimmed(RefTo(new String(units.substr(0, units.size() - 1))));
+  if (text.size() == 0 || style != kCFURLPOSIXPathStyle) return nullptr;
+  if (text.size() == 1 || text.unit(text.size() - 1) != u'/') return RefTo(new URL(text));
+  const CFRef<CFStringRef> trimmed(RefTo(new String(text.units().substr(0, text.size() - 1))));
   return RefTo(new URL(ObjectOf<String>(trimmed.get())));
 }
 

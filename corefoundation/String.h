@@ -4,6 +4,7 @@
 
 #include <CoreFoundation/CFString.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,18 +18,28 @@ class String final : public Object {
 
   explicit String(std::u16string units, Lifetime lifetime = Lifetime::kCounted);
 
+  // Of text that is all ASCII without zero bytes, as most strings are. That is all that they hold.
+  explicit String(std::string ascii, Lifetime lifetime = Lifetime::kCounted);
+
   bool Equals(const Object& other) const override;
   std::size_t Hash() const override;
 
-  const std::u16string& units() const { return units_; }
+  // The UTF-16 units, made anew for a text of ASCII.
+  std::u16string units() const;
+
+  // How many units there are, and one of them.
+  std::size_t size() const { return is_ascii_ ? ascii_.size() : units_.size(); }
+  char16_t unit(std::size_t index) const {
+    return is_ascii_ ? static_cast<char16_t>(ascii_[index]) : units_[index];
+  }
 
   // The text when it is all ASCII without zero bytes, else null.
   const std::string* ascii() const { return is_ascii_ ? &ascii_ : nullptr; }
 
  private:
-  const std::u16string units_;
   const bool is_ascii_;
-  const std::string ascii_;
+  const std::string ascii_;     // of a text of ASCII
+  const std::u16string units_;  // of any other
 };
 
 // The string of UTF-8 text, owned by the caller; null when the text is not valid.
