@@ -83,9 +83,11 @@ def check(device, cells):
     with tempfile.TemporaryDirectory() as folder:
         path = os.path.join(folder, "lp")
         printer = VirtualPrinter(BINARIES, "Network", device, ["--local", path])
-        check_port(printer, cells)
-        check_port(LocalPort(device, path), cells)
-        printer.stop()
+        try:
+            check_port(printer, cells)
+            check_port(LocalPort(device, path), cells)
+        finally:
+            printer.stop()
 
 
 def rows():
@@ -106,7 +108,9 @@ def main():
                           stdout=subprocess.PIPE, check=True).stdout
     known = set(re.findall(r"^ +((?:ZARMO )?QM-\w+ Series(?: Comm Driver)?)$", told, re.M))
     assert set(table) == known, set(table) ^ known
-    with concurrent.futures.ThreadPoolExecutor(6) as pool:
+    # Not threads: what one of them starts would hold the program that another one is copying open
+    # for writing, and such a program cannot be started.
+    with concurrent.futures.ProcessPoolExecutor(6) as pool:
         for outcome in [pool.submit(check, device, cells) for device, cells in table.items()]:
             outcome.result()
 
