@@ -94,9 +94,9 @@ class Console:
 
     def close(self):
         """Ends the shell, and what runs in it."""
-        os.close(self.terminal)
-        os.kill(self.process, signal.SIGHUP)
+        os.kill(self.process, signal.SIGHUP)  # which it hands on, unless its terminal goes first
         os.waitpid(self.process, 0)
+        os.close(self.terminal)
 
     def send(self, text):
         os.write(self.terminal, text.encode() + b"\n")
