@@ -128,7 +128,12 @@ class Console:
             shown = self.read_until(lambda text: text.endswith(QUESTION), shown)
             self.send(answer)
             shown += answer + "\n"
-        return self.tidy(self.read_until(is_whole, shown).replace(PROMPT, ""))
+        shown = self.tidy(self.read_until(is_whole, shown).replace(PROMPT, ""))
+        if not command.endswith("&"):
+            return shown
+        # The shell tells the job's number first, unless what it has started is faster.
+        return "".join(sorted(shown.splitlines(True),
+                              key=lambda text: re.match(r"\[\d\] \d+$", text) is None))
 
     def tidy(self, shown):
         """Without what a terminal would have erased, and with what differs from run to run made
