@@ -89,7 +89,8 @@ int WriteOnce(int descriptor, std::string_view text, std::chrono::milliseconds p
   while (!text.empty()) {
     if (const int error = Await(target, end); error != 0) return error;
     const ssize_t written = ::write(target, text.data(), text.size());
-    if (written >= 0) {
+    if (written == 0) return EIO;  // some device that takes nothing and says nothing
+    if (written > 0) {
       text.remove_prefix(static_cast<std::size_t>(written));
     } else if (errno == EAGAIN && Clock::now() < end) {
       ::poll(nullptr, 0, 1);  // it has room, but not for the next byte
